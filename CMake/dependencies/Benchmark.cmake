@@ -1,0 +1,3 @@
+# SPDX-License-Identifier: MIT
+# Target: benchmark::benchmark
+find_package(benchmark CONFIG REQUIRED)

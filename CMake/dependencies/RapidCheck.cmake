@@ -1,0 +1,3 @@
+# SPDX-License-Identifier: MIT
+# Target: rapidcheck
+find_package(rapidcheck CONFIG REQUIRED)
