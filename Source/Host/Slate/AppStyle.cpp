@@ -1,0 +1,7 @@
+// SPDX-License-Identifier: MIT
+#include "Slate/AppStyle.h"
+
+FName FAppStyle::GetAppStyleSetName()
+{
+	return TEXT("AppStyle");
+}
