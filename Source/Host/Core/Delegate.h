@@ -155,6 +155,61 @@ private:
 	std::shared_ptr<FBinding> Binding;
 };
 
+namespace DelegateDetail
+{
+	/// Shares an object that counts its owners in a field `Owners`. A standard control block will not do for an event of the
+	/// host: the module that binds first would make it, and leave a table of functions behind that is gone after unloading.
+	template <typename T>
+	class TCountedPtr
+	{
+	public:
+		TCountedPtr() = default;
+		TCountedPtr(std::nullptr_t) {}
+		explicit TCountedPtr(T* InObject)
+			: Object(InObject)
+		{
+			Retain();
+		}
+		TCountedPtr(const TCountedPtr& Other)
+			: Object(Other.Object)
+		{
+			Retain();
+		}
+		TCountedPtr(TCountedPtr&& Other) noexcept
+			: Object(std::exchange(Other.Object, nullptr))
+		{
+		}
+		TCountedPtr& operator=(TCountedPtr Other) noexcept
+		{
+			swap(Other);
+			return *this;
+		}
+		~TCountedPtr()
+		{
+			if (Object != nullptr && --Object->Owners == 0)
+			{
+				delete Object;
+			}
+		}
+
+		void swap(TCountedPtr& Other) noexcept { std::swap(Object, Other.Object); }
+		T& operator*() const { return *Object; }
+		T* operator->() const { return Object; }
+		bool operator==(std::nullptr_t) const { return Object == nullptr; }
+
+	private:
+		void Retain()
+		{
+			if (Object != nullptr)
+			{
+				++Object->Owners;
+			}
+		}
+
+		T* Object = nullptr;
+	};
+}
+
 template <typename Signature>
 class TMulticastDelegate;
 
@@ -190,7 +245,7 @@ public:
 		}
 		if (List == nullptr)
 		{
-			List = std::make_shared<FList>();
+			List = FListPtr(new FList);
 		}
 		const FDelegateHandle Handle = Delegate.GetHandle();
 		List->Delegates.push_back(std::move(Delegate));
@@ -224,7 +279,7 @@ public:
 			return false;
 		}
 		// A callable's destructor may come back to this event: it runs when the list is in order again.
-		const std::shared_ptr<FList> Held = List;
+		const FListPtr Held = List;
 		FDelegate Removed;
 		for (FDelegate& Delegate : Held->Delegates)
 		{
@@ -245,7 +300,7 @@ public:
 		{
 			return;
 		}
-		const std::shared_ptr<FList> Held = List;
+		const FListPtr Held = List;
 		std::vector<FDelegate> Removed(Held->Delegates.size());
 		for (std::size_t Index = 0; Index < Removed.size(); ++Index)
 		{
@@ -263,7 +318,7 @@ public:
 	/// Calls all bindings. Arguments are handed to each of them, so none is moved from.
 	void Broadcast(ArgumentTypes... Arguments) const
 	{
-		const std::shared_ptr<FList> Held = List;
+		const FListPtr Held = List;
 		if (Held == nullptr)
 		{
 			return;
@@ -285,6 +340,7 @@ private:
 	{
 		std::vector<FDelegate> Delegates;
 		int32 BroadcastDepth = 0;
+		int32 Owners = 0;
 
 		void Compact()
 		{
@@ -294,6 +350,8 @@ private:
 			}
 		}
 	};
+
+	using FListPtr = DelegateDetail::TCountedPtr<FList>;
 
 	class FBroadcastScope
 	{
@@ -317,17 +375,17 @@ private:
 
 	void CopyFrom(const TMulticastDelegate& Other)
 	{
-		std::shared_ptr<FList> Copy;
+		FListPtr Copy;
 		if (Other.IsBound())
 		{
-			Copy = std::make_shared<FList>();
+			Copy = FListPtr(new FList);
 			Copy->Delegates = Other.List->Delegates;
 			Copy->Compact();
 		}
 		List.swap(Copy);
 	}
 
-	std::shared_ptr<FList> List;
+	FListPtr List;
 };
 
 using FSimpleDelegate = TDelegate<void()>;

@@ -19,12 +19,12 @@ FSinkList& SinkList()
 	static FSinkList& List = *new FSinkList;
 	return List;
 }
+}
 
-/// Control characters written out, so that a name taken from a file cannot steer the terminal.
-FString EscapeControls(const FString& Message)
+FString EscapeControlCharacters(const FString& Text)
 {
 	FString Escaped;
-	for (const TCHAR Character : Message)
+	for (const TCHAR Character : Text)
 	{
 		const uint32 Code = static_cast<uint32>(Character);
 		const bool bControl = Code < 0x20 || (Code >= 0x7f && Code < 0xa0);
@@ -38,7 +38,6 @@ FString EscapeControls(const FString& Message)
 		}
 	}
 	return Escaped;
-}
 }
 
 const TCHAR* ToString(ELogVerbosity Verbosity)
@@ -135,7 +134,7 @@ void FTerminalLogSink::Write(const FLogRecord& Record)
 		return;
 	}
 	const FString Line = FString::Printf(
-		TEXT("%s: %s: %s\n"), *Record.Category.ToString(), ToString(Record.Verbosity), *EscapeControls(Record.Message));
+		TEXT("%s: %s: %s\n"), *Record.Category.ToString(), ToString(Record.Verbosity), *EscapeControlCharacters(Record.Message));
 	const std::string Utf8 = Line.ToUtf8();
 	std::fwrite(Utf8.data(), 1, Utf8.size(), Stream);
 	std::fflush(Stream);
