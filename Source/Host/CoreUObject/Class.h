@@ -66,7 +66,7 @@ private:
 	UClass* TClass::StaticClass()                                                                                                 \
 	{                                                                                                                             \
 		static UClass* const Class =                                                                                              \
-			new UClass(TEXT(#TClass) + 1, TClass::Super::StaticClass(), []() -> UObject* { return new TClass(); });               \
+			new UClass(&TEXT(#TClass)[1], TClass::Super::StaticClass(), []() -> UObject* { return new TClass(); });               \
 		return Class;                                                                                                             \
 	}                                                                                                                             \
 	namespace                                                                                                                     \
