@@ -82,6 +82,10 @@ function(tarvin_test Name)
 	target_link_libraries(${Name} PRIVATE
 		${Arg_LINKS} ${Arg_PRIVATE_LINKS} GTest::gmock GTest::gtest_main rapidcheck Threads::Threads)
 	_tarvin_executable(${Name})
+	if(TARVIN_SANITIZE)
+		# Optimising instrumented tests takes as long again as compiling them, and they run for moments.
+		target_compile_options(${Name} PRIVATE -O0)
+	endif()
 	set_target_properties(${Name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
 	gtest_discover_tests(${Name}
 		DISCOVERY_MODE PRE_TEST
