@@ -100,7 +100,7 @@ private:
 			UObject* const Object = Pending.back();
 			Pending.pop_back();
 			bFromGarbage = Object->bGarbage;
-			Mark(Object->Outer, true);
+			Mark(Object->OuterPrivate, true);
 			Object->Serialize(*this);
 		}
 	}

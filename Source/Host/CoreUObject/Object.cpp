@@ -30,12 +30,12 @@ UClass* UObject::StaticClass()
 }
 
 UObject::UObject()
-	: Class(GPendingObject.Class)
-	, Outer(GPendingObject.Outer)
-	, Name(GPendingObject.Name)
-	, Flags(GPendingObject.Flags)
+	: ClassPrivate(GPendingObject.Class)
+	, OuterPrivate(GPendingObject.Outer)
+	, NamePrivate(GPendingObject.Name)
+	, ObjectFlags(GPendingObject.Flags)
 {
-	checkf(Class, TEXT("objects are made by NewObject"));
+	checkf(ClassPrivate, TEXT("objects are made by NewObject"));
 	GPendingObject = {};
 	FObjectArray::Get().Add(this);
 }
@@ -47,49 +47,49 @@ UObject::~UObject()
 
 FString UObject::GetPathName() const
 {
-	if (!Outer)
+	if (!OuterPrivate)
 	{
 		return GetName();
 	}
 	// A subobject of an asset is set off from it by a colon, all other steps by a dot.
-	const bool bIsSubobject = Outer->Outer && Outer->Outer->IsA<UPackage>() && !Outer->IsA<UPackage>();
-	return Outer->GetPathName() + (bIsSubobject ? TEXT(":") : TEXT(".")) + GetName();
+	const bool bIsSubobject = OuterPrivate->OuterPrivate && OuterPrivate->OuterPrivate->IsA<UPackage>() && !OuterPrivate->IsA<UPackage>();
+	return OuterPrivate->GetPathName() + (bIsSubobject ? TEXT(":") : TEXT(".")) + GetName();
 }
 
 UPackage* UObject::GetOutermost() const
 {
 	const UObject* Top = this;
-	while (Top->Outer)
+	while (Top->OuterPrivate)
 	{
-		Top = Top->Outer;
+		Top = Top->OuterPrivate;
 	}
 	return Cast<UPackage>(const_cast<UObject*>(Top));
 }
 
 UObject* UObject::GetTypedOuter(const UClass* OuterClass) const
 {
-	UObject* Current = Outer;
+	UObject* Current = OuterPrivate;
 	while (Current && !Current->IsA(OuterClass))
 	{
-		Current = Current->Outer;
+		Current = Current->OuterPrivate;
 	}
 	return Current;
 }
 
 bool UObject::IsIn(const UObject* Other) const
 {
-	const UObject* Current = Outer;
+	const UObject* Current = OuterPrivate;
 	while (Current && Current != Other)
 	{
-		Current = Current->Outer;
+		Current = Current->OuterPrivate;
 	}
 	return Current != nullptr;
 }
 
 void UObject::Rename(FName NewName, UObject* NewOuter)
 {
-	Name = NewName;
-	Outer = NewOuter ? NewOuter : Outer;
+	NamePrivate = NewName;
+	OuterPrivate = NewOuter ? NewOuter : OuterPrivate;
 }
 
 bool UObject::Modify(bool bAlwaysMarkDirty)

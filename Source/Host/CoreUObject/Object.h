@@ -33,10 +33,10 @@ public:
 	UObject(const UObject&) = delete;
 	UObject& operator=(const UObject&) = delete;
 
-	UClass* GetClass() const { return Class; }
-	FName GetFName() const { return Name; }
-	FString GetName() const { return Name.ToString(); }
-	UObject* GetOuter() const { return Outer; }
+	UClass* GetClass() const { return ClassPrivate; }
+	FName GetFName() const { return NamePrivate; }
+	FString GetName() const { return NamePrivate.ToString(); }
+	UObject* GetOuter() const { return OuterPrivate; }
 
 	/// "/Folder/Package.Asset:Inner.Inner": the package, then the names of the outers, then the object's own.
 	FString GetPathName() const;
@@ -55,16 +55,16 @@ public:
 	/// True when `Other` is somewhere in the outer chain of this object.
 	bool IsIn(const UObject* Other) const;
 
-	bool IsA(const UClass* Other) const { return Class->IsChildOf(Other); }
+	bool IsA(const UClass* Other) const { return ClassPrivate->IsChildOf(Other); }
 	template <class T>
 	bool IsA() const
 	{
 		return IsA(T::StaticClass());
 	}
 
-	bool HasAnyFlags(uint32 Mask) const { return (Flags & Mask) != 0; }
-	void SetFlags(uint32 Mask) { Flags |= Mask; }
-	void ClearFlags(uint32 Mask) { Flags &= ~Mask; }
+	bool HasAnyFlags(uint32 Mask) const { return (ObjectFlags & Mask) != 0; }
+	void SetFlags(uint32 Mask) { ObjectFlags |= Mask; }
+	void ClearFlags(uint32 Mask) { ObjectFlags &= ~Mask; }
 
 	/// Renames the object and moves it to another outer (null: keeps its own). Neither is recorded for undo.
 	void Rename(FName NewName, UObject* NewOuter = nullptr);
@@ -111,10 +111,10 @@ private:
 	friend class FGarbageCollector;
 	friend UObject* NewObjectOfClass(UClass*, UObject*, FName, uint32);
 
-	UClass* Class;
-	UObject* Outer;
-	FName Name;
-	uint32 Flags;
+	UClass* ClassPrivate;
+	UObject* OuterPrivate;
+	FName NamePrivate;
+	uint32 ObjectFlags;
 	int32 Slot = INDEX_NONE;
 	int32 ClassIndex = INDEX_NONE;
 	bool bGarbage = false;

@@ -25,8 +25,8 @@ void FObjectArray::Add(UObject* Object)
 	Slots[uint32(Object->Slot)].Object = Object;
 	++NumObjects;
 
-	Object->ClassIndex = int32(Object->Class->Instances.size());
-	Object->Class->Instances.push_back(Object);
+	Object->ClassIndex = int32(Object->ClassPrivate->Instances.size());
+	Object->ClassPrivate->Instances.push_back(Object);
 }
 
 void FObjectArray::Remove(UObject* Object)
@@ -40,7 +40,7 @@ void FObjectArray::Remove(UObject* Object)
 	}
 	--NumObjects;
 
-	std::vector<UObject*>& Instances = Object->Class->Instances;
+	std::vector<UObject*>& Instances = Object->ClassPrivate->Instances;
 	Instances[uint32(Object->ClassIndex)] = Instances.back();
 	Instances[uint32(Object->ClassIndex)]->ClassIndex = Object->ClassIndex;
 	Instances.pop_back();

@@ -22,7 +22,8 @@ public:
 	{
 	}
 
-	/// The object while it exists in memory (destroyed ones included: ask `IsValid`), else null.
+	/// The object while it exists in memory (destroyed ones included: ask `IsValid`), else null. Pointers are compared as what they
+	/// resolve to.
 	T* Get() const { return static_cast<T*>(ResolveObject(Handle)); }
 	operator T*() const { return Get(); }
 	T* operator->() const
@@ -36,10 +37,6 @@ public:
 
 	FObjectHandle GetHandle() const { return Handle; }
 	void SetHandle(FObjectHandle InHandle) { Handle = InHandle; }
-
-	bool operator==(const TObjectPtr& Other) const { return Get() == Other.Get(); }
-	bool operator==(const T* Other) const { return Get() == Other; }
-	bool operator==(std::nullptr_t) const { return Get() == nullptr; }
 
 private:
 	FObjectHandle Handle;
