@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+#include "Editor/AssetTools.h"
+
+#include "CoreUObject/ObjectSnapshot.h"
+#include "CoreUObject/Package.h"
+
+#include <unordered_map>
+
+IMPLEMENT_MODULE(FAssetToolsModule, AssetTools)
+
+namespace
+{
+/// The asset tools of this host.
+class FHostAssetTools final : public IAssetTools
+{
+public:
+	void CreateUniqueAssetName(
+		const FString& BasePackageName, const FString& Suffix, FString& OutPackageName, FString& OutAssetName) override
+	{
+		const FString Base = BasePackageName + Suffix;
+		OutPackageName = Base;
+		if (FindPackage(Base))
+		{
+			// Remembers the last number, so that the thousandth copy does not try the numbers of all earlier ones.
+			int32& Number = LastNumber[FName(Base)];
+			Number = Number < 1 ? 1 : Number;
+			do
+			{
+				++Number;
+				OutPackageName = FString::Printf(TEXT("%s_%d"), *Base, Number);
+			} while (FindPackage(OutPackageName));
+		}
+		OutAssetName = FPackageName::GetShortName(OutPackageName);
+	}
+
+	UObject* DuplicateAsset(const FString& AssetName, const FString& PackagePath, UObject* Original) override
+	{
+		if (!IsValid(Original) || AssetName.IsEmpty() || AssetName.Contains(TEXT(".")) ||
+			!PackagePath.StartsWith(TEXT("/")))
+		{
+			return nullptr;
+		}
+		const FString PackageName = PackagePath / AssetName;
+		UPackage* const Package = CreatePackage(PackageName);
+		if (Package->FindAsset(FName(AssetName)))
+		{
+			return nullptr;
+		}
+		UObject* const Copy = DuplicateObject(Original, Package, FName(AssetName));
+		Package->AddAsset(Copy);
+		Package->SetDirtyFlag(true);
+		return Copy;
+	}
+
+private:
+	std::unordered_map<FName, int32> LastNumber;
+};
+} // namespace
+
+IAssetTools& FAssetToolsModule::Get() const
+{
+	static FHostAssetTools Tools;
+	return Override ? *Override : Tools;
+}

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+#include "Editor/LevelEditor.h"
+
+#include "Slate/SlateApplication.h"
+
+IMPLEMENT_MODULE(FLevelEditorModule, LevelEditor)
+
+void FLevelEditorModule::StartupModule()
+{
+	FSlateApplication::AddGlobalCommandList(GlobalActions);
+}
+
+void FLevelEditorModule::ShutdownModule()
+{
+	FSlateApplication::RemoveGlobalCommandList(GlobalActions);
+}
