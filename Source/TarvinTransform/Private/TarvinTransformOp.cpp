@@ -1,0 +1,158 @@
+// SPDX-License-Identifier: MIT
+#include "TarvinTransformOp.h"
+
+#include "Platform/CoreUObject.h"
+#include "Platform/Editor.h"
+#include "Platform/Engine.h"
+#include "Platform/MeshDescription.h"
+#include "TarvinCollisionBake.h"
+#include "TarvinTolerance.h"
+#include "TarvinTransformLog.h"
+
+#include <cmath>
+
+namespace
+{
+TArray<FWeakObjectPtr>& TrackedMeshes()
+{
+	static TArray<FWeakObjectPtr> Meshes;
+	return Meshes;
+}
+
+bool HasZeroScale(const FVector& Scale)
+{
+	return std::abs(Scale.X) <= TarvinTolerance::Zero || std::abs(Scale.Y) <= TarvinTolerance::Zero ||
+		std::abs(Scale.Z) <= TarvinTolerance::Zero;
+}
+
+bool HasSourceGeometry(const UStaticMesh& Mesh)
+{
+	bool bFound = Mesh.IsHiResMeshDescriptionValid();
+	for (int32 Lod = 0; Lod < Mesh.GetNumSourceModels() && !bFound; ++Lod)
+	{
+		bFound = Mesh.IsMeshDescriptionValid(Lod);
+	}
+	return bFound;
+}
+
+FCommitMeshDescriptionParams CommitParams()
+{
+	FCommitMeshDescriptionParams Params;
+	Params.bMarkPackageDirty = true;
+	Params.bUseHashAsGuid = false;
+	return Params;
+}
+
+void BakeLods(UStaticMesh& Mesh, const FMatrix& Matrix, FTarvinTransformStats& Stats)
+{
+	for (int32 Lod = 0; Lod < Mesh.GetNumSourceModels(); ++Lod)
+	{
+		if (!Mesh.IsMeshDescriptionValid(Lod))
+		{
+			continue;
+		}
+		Mesh.ModifyMeshDescription(Lod, true);
+		if (FMeshDescription* const Description = Mesh.GetMeshDescription(Lod))
+		{
+			FStaticMeshOperations::ApplyTransform(*Description, Matrix, true);
+			Mesh.CommitMeshDescription(Lod, CommitParams());
+			++Stats.NumLodsBaked;
+		}
+	}
+}
+
+void BakeHiRes(UStaticMesh& Mesh, const FMatrix& Matrix, FTarvinTransformStats& Stats)
+{
+	if (!Mesh.IsHiResMeshDescriptionValid())
+	{
+		return;
+	}
+	Mesh.ModifyHiResMeshDescription(true);
+	if (FMeshDescription* const Description = Mesh.GetHiResMeshDescription())
+	{
+		FStaticMeshOperations::ApplyTransform(*Description, Matrix, true);
+		Mesh.CommitHiResMeshDescription(CommitParams());
+		Stats.bHiResBaked = true;
+	}
+}
+
+void Rebuild(UStaticMesh& Mesh)
+{
+	const FText Text = FText::Format(
+		NSLOCTEXT("TarvinTransform", "TarvinBuilding", "Tarvin: building {0}"), FText::FromString(Mesh.GetName()));
+	FSlowTask SlowTask(1.0f, Text, true, *GWarn);
+	SlowTask.Initialize();
+	SlowTask.MakeDialogDelayed(0.5f, false, false);
+	SlowTask.EnterProgressFrame(1.0f, FText());
+	Mesh.Build(true, nullptr);
+	Mesh.PostEditChange();
+	Mesh.MarkPackageDirty();
+	SlowTask.Destroy();
+}
+} // namespace
+
+bool FTarvinTransformOp::BakeIntoMesh(
+	UStaticMesh* Mesh, const FTransform& BakeTransform, const FTarvinTransformOptions& Options, FTarvinTransformStats& Stats)
+{
+	if (!Mesh)
+	{
+		return false;
+	}
+	const FVector Scale = BakeTransform.GetScale3D();
+	if (HasZeroScale(Scale))
+	{
+		HOST_LOG(LogTarvinOp, Warning, TEXT("%s: zero scale (%s) -- bake cancelled"), *Mesh->GetName(), *Scale.ToString());
+		return false;
+	}
+	if (!HasSourceGeometry(*Mesh))
+	{
+		HOST_LOG(LogTarvinOp, Warning, TEXT("%s: no source geometry to bake (neither LOD nor HiRes) -- left untouched"),
+			*Mesh->GetName());
+		return false;
+	}
+	const FMatrix Matrix = BakeTransform.ToMatrixWithScale();
+	Mesh->Modify(true);
+	BakeLods(*Mesh, Matrix, Stats);
+	BakeHiRes(*Mesh, Matrix, Stats);
+	if (Options.bBakeSockets)
+	{
+		TarvinCollisionBake::BakeSockets(Mesh, BakeTransform, Stats);
+	}
+	if (Options.bBakeCollision)
+	{
+		TarvinCollisionBake::BakeSimpleCollision(Mesh, BakeTransform, !Options.bRebuild, Stats);
+	}
+	TrackedMeshes().AddUnique(FWeakObjectPtr(Mesh));
+	if (Options.bRebuild)
+	{
+		Rebuild(*Mesh);
+	}
+	return Stats.NumLodsBaked > 0 || Stats.bHiResBaked;
+}
+
+void FTarvinTransformOp::BeginUndoTrackedBatch()
+{
+	TrackedMeshes().Reset();
+}
+
+void FTarvinTransformOp::RebuildMeshesAfterUndo()
+{
+	TArray<FWeakObjectPtr>& Meshes = TrackedMeshes();
+	int32 NumRebuilt = 0;
+	for (int32 Index = Meshes.Num() - 1; Index >= 0; --Index)
+	{
+		if (UObject* const Mesh = Meshes[Index].Get())
+		{
+			Mesh->PostEditChange();
+			++NumRebuilt;
+		}
+		else
+		{
+			Meshes.RemoveAtSwap(Index);
+		}
+	}
+	if (NumRebuilt >= 1)
+	{
+		HOST_LOG(LogTarvinOp, Log, TEXT("Undo/redo: rebuilt %d mesh(es)"), NumRebuilt);
+	}
+}
