@@ -280,11 +280,11 @@ TEST_F(UserChords, DefaultFileIsInTheConfigurationFolder)
 {
 	::setenv("XDG_CONFIG_HOME", "/somewhere/config", 1);
 	EXPECT_EQ(FInputBindingManager::DefaultUserChordsFile(), TEXT("/somewhere/config/tarvin/key-chords.txt"));
-	::setenv("HOME", "/home/someone", 1);
+	::setenv("HOME", "/people/someone", 1);
 	::setenv("XDG_CONFIG_HOME", "relative", 1);
-	EXPECT_EQ(FInputBindingManager::DefaultUserChordsFile(), TEXT("/home/someone/.config/tarvin/key-chords.txt"));
+	EXPECT_EQ(FInputBindingManager::DefaultUserChordsFile(), TEXT("/people/someone/.config/tarvin/key-chords.txt"));
 	::unsetenv("XDG_CONFIG_HOME");
-	EXPECT_EQ(FInputBindingManager::DefaultUserChordsFile(), TEXT("/home/someone/.config/tarvin/key-chords.txt"));
+	EXPECT_EQ(FInputBindingManager::DefaultUserChordsFile(), TEXT("/people/someone/.config/tarvin/key-chords.txt"));
 	::unsetenv("HOME");
 	EXPECT_TRUE(FInputBindingManager::DefaultUserChordsFile().IsEmpty());
 }
