@@ -11,6 +11,17 @@
 #include <utility>
 #include <vector>
 
+namespace ArrayDetail
+{
+inline constexpr std::size_t MaxNum = static_cast<std::size_t>(std::numeric_limits<int32>::max());
+
+/// Whether `Extra` elements may join `Num` others and still be indexed by int32.
+constexpr bool HasRoomFor(std::size_t Num, std::size_t Extra)
+{
+	return Extra <= MaxNum - Num;
+}
+} // namespace ArrayDetail
+
 /// A dynamic array: `std::vector` under the host's names, indexed by int32, every access checked.
 template <typename T>
 class TArray
@@ -42,7 +53,7 @@ public:
 	bool IsValidIndex(int32 Index) const { return Index >= 0 && Index < Num(); }
 
 	/// Elements that fit into the storage held now.
-	int32 Max() const { return static_cast<int32>(std::min<std::size_t>(Storage.capacity(), MaxNum)); }
+	int32 Max() const { return static_cast<int32>(std::min<std::size_t>(Storage.capacity(), ArrayDetail::MaxNum)); }
 
 	T* GetData() { return Storage.data(); }
 	const T* GetData() const { return Storage.data(); }
@@ -280,8 +291,6 @@ public:
 	friend bool operator==(const TArray& Left, const TArray& Right) { return Left.Storage == Right.Storage; }
 
 private:
-	static constexpr std::size_t MaxNum = static_cast<std::size_t>(std::numeric_limits<int32>::max());
-
 	static int32 CheckedCount(int32 Count)
 	{
 		check(Count >= 0);
@@ -290,7 +299,7 @@ private:
 
 	static std::size_t CheckedSize(int32 Count) { return static_cast<std::size_t>(CheckedCount(Count)); }
 
-	void CheckRoomFor(std::size_t Count) const { check(Count <= MaxNum - Storage.size()); }
+	void CheckRoomFor(std::size_t Count) const { check(ArrayDetail::HasRoomFor(Storage.size(), Count)); }
 
 	void CheckInsertion(int32 Index) const
 	{

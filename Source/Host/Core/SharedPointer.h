@@ -108,6 +108,7 @@ public:
 		check(Pointer != nullptr);
 	}
 
+	TSharedRef(std::nullptr_t) = delete;
 	TSharedRef(const TSharedRef&) = default;
 	TSharedRef& operator=(const TSharedRef&) = default;
 	~TSharedRef() = default;
