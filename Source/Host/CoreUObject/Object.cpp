@@ -121,7 +121,7 @@ void UObject::Serialize(FArchive&) {}
 
 FObjectHandle UObject::GetHandle() const
 {
-	return MakeObjectHandle(this);
+	return {Slot, FObjectArray::Get().Slots[uint32(Slot)].Serial};
 }
 
 UObject* NewObjectOfClass(UClass* Class, UObject* Outer, FName Name, uint32 Flags)
