@@ -157,57 +157,58 @@ private:
 
 namespace DelegateDetail
 {
-	/// Shares an object that counts its owners in a field `Owners`. A standard control block will not do for an event of the
-	/// host: the module that binds first would make it, and leave a table of functions behind that is gone after unloading.
-	template <typename T>
-	class TCountedPtr
+/// Shares an object that counts its owners in a field `Owners`. A standard control block will not do for an event of
+/// the host: the module that binds first would make it, and leave a table of functions behind that is gone after
+/// unloading.
+template <typename T>
+class TCountedPtr
+{
+public:
+	TCountedPtr() = default;
+	TCountedPtr(std::nullptr_t) {}
+	explicit TCountedPtr(T* InObject)
+		: Object(InObject)
 	{
-	public:
-		TCountedPtr() = default;
-		TCountedPtr(std::nullptr_t) {}
-		explicit TCountedPtr(T* InObject)
-			: Object(InObject)
+		Retain();
+	}
+	TCountedPtr(const TCountedPtr& Other)
+		: Object(Other.Object)
+	{
+		Retain();
+	}
+	TCountedPtr(TCountedPtr&& Other) noexcept
+		: Object(std::exchange(Other.Object, nullptr))
+	{
+	}
+	TCountedPtr& operator=(TCountedPtr Other) noexcept
+	{
+		swap(Other);
+		return *this;
+	}
+	~TCountedPtr()
+	{
+		if (Object != nullptr && --Object->Owners == 0)
 		{
-			Retain();
+			delete Object;
 		}
-		TCountedPtr(const TCountedPtr& Other)
-			: Object(Other.Object)
-		{
-			Retain();
-		}
-		TCountedPtr(TCountedPtr&& Other) noexcept
-			: Object(std::exchange(Other.Object, nullptr))
-		{
-		}
-		TCountedPtr& operator=(TCountedPtr Other) noexcept
-		{
-			swap(Other);
-			return *this;
-		}
-		~TCountedPtr()
-		{
-			if (Object != nullptr && --Object->Owners == 0)
-			{
-				delete Object;
-			}
-		}
+	}
 
-		void swap(TCountedPtr& Other) noexcept { std::swap(Object, Other.Object); }
-		T& operator*() const { return *Object; }
-		T* operator->() const { return Object; }
-		bool operator==(std::nullptr_t) const { return Object == nullptr; }
+	void swap(TCountedPtr& Other) noexcept { std::swap(Object, Other.Object); }
+	T& operator*() const { return *Object; }
+	T* operator->() const { return Object; }
+	bool operator==(std::nullptr_t) const { return Object == nullptr; }
 
-	private:
-		void Retain()
+private:
+	void Retain()
+	{
+		if (Object != nullptr)
 		{
-			if (Object != nullptr)
-			{
-				++Object->Owners;
-			}
+			++Object->Owners;
 		}
+	}
 
-		T* Object = nullptr;
-	};
+	T* Object = nullptr;
+};
 }
 
 template <typename Signature>

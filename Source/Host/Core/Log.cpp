@@ -133,8 +133,8 @@ void FTerminalLogSink::Write(const FLogRecord& Record)
 	{
 		return;
 	}
-	const FString Line = FString::Printf(
-		TEXT("%s: %s: %s\n"), *Record.Category.ToString(), ToString(Record.Verbosity), *EscapeControlCharacters(Record.Message));
+	const FString Line = FString::Printf(TEXT("%s: %s: %s\n"), *Record.Category.ToString(), ToString(Record.Verbosity),
+		*EscapeControlCharacters(Record.Message));
 	const std::string Utf8 = Line.ToUtf8();
 	std::fwrite(Utf8.data(), 1, Utf8.size(), Stream);
 	std::fflush(Stream);

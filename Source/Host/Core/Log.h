@@ -85,7 +85,8 @@ public:
 		const FLogCategory& Category, const char* File, int32 Line, const FString& Message);
 };
 
-/// Control characters other than line break and tab written out, so that a name taken from a file cannot steer a terminal.
+/// Control characters other than line break and tab written out, so that a name taken from a file cannot steer a
+/// terminal.
 FString EscapeControlCharacters(const FString& Text);
 
 /// Writes lines up to a verbosity to a terminal stream as "Category: Warning: message", control characters escaped.

@@ -62,6 +62,7 @@ struct FModuleManager::FState
 	void* OpenLibrary(FName Name, FString& OutReason) const;
 	IModuleInterface* Load(FName Name, FString& OutReason);
 	void Unload(FName Name);
+	void Discard(FName Name);
 };
 
 IModuleInterface::~IModuleInterface() = default;
@@ -147,7 +148,16 @@ IModuleInterface* FModuleManager::FState::Load(FName Name, FString& OutReason)
 	FModule& Module = *Modules.Add(Name, std::make_unique<FModule>());
 	Module.Library = Library;
 	Module.Instance.reset((*Factories.Find(Name))());
-	Module.Instance->StartupModule();
+	try
+	{
+		Module.Instance->StartupModule();
+	}
+	catch (...)
+	{
+		// Only a failed check throws, and only where a test has seen to it: the next test must find the module gone.
+		Discard(Name);
+		throw;
+	}
 	Module.State = EModuleState::Running;
 	LoadOrder.Add(Name);
 	Module.Instance->PostLoadCallback();
@@ -160,9 +170,16 @@ void FModuleManager::FState::Unload(FName Name)
 	Module.State = EModuleState::Stopping;
 	Module.Instance->PreUnloadCallback();
 	Module.Instance->ShutdownModule();
+	LoadOrder.RemoveSingle(Name);
+	Discard(Name);
+}
+
+void FModuleManager::FState::Discard(FName Name)
+{
+	FModule& Module = **Modules.Find(Name);
+	// The instance is destroyed while its code is still there.
 	Module.Instance.reset();
 	void* const Library = Module.Library;
-	LoadOrder.RemoveSingle(Name);
 	Modules.Remove(Name);
 	if (Library != nullptr)
 	{

@@ -82,11 +82,12 @@ public:
 	/// Sets the culture ("de", "de-CH", "pt_BR"). False, leaving the culture as it is, for a name that is no culture's.
 	bool SetCurrentCulture(const FString& Culture);
 
-	/// The culture as last set; "en" at first.
+	/// The culture as last set, in its canonical writing; "en" at first.
 	FString GetCurrentCulture() const;
 
-	/// Adds or replaces one translation. Everything is copied. A culture falls back on its parents: "de-CH" on "de".
-	void AddText(const FString& Culture, const FString& Namespace, const FString& Key, const FString& Translation);
+	/// Adds or replaces one translation; false for a name that is no culture's. Everything is copied. A culture falls
+	/// back on its parents: "de-CH" on "de".
+	bool AddText(const FString& Culture, const FString& Namespace, const FString& Key, const FString& Translation);
 
 	/// Drops all translations of one culture.
 	void RemoveTexts(const FString& Culture);

@@ -1,43 +1,37 @@
 // SPDX-License-Identifier: MIT
 #include "Core/TextData.h"
 
-#include <unicode/numfmt.h>
+#include <unicode/numberformatter.h>
 #include <unicode/unistr.h>
 
-#include <charconv>
 #include <map>
 
 namespace
 {
-FString ToFString(const icu::UnicodeString& Text)
-{
-	std::string Utf8;
-	Text.toUTF8String(Utf8);
-	return FString::FromUtf8(Utf8);
-}
-
-/// ICU's formatter for a locale. They are costly to make, so each is made once.
-const icu::NumberFormat& NumberFormatFor(const std::string& Locale)
+/// ICU's formatter for a language tag. They are costly to make, so each is made once.
+const icu::number::LocalizedNumberFormatter& FormatterFor(const std::string& Locale)
 {
 	// Never destroyed: texts in statics may be read while the program ends.
-	static auto& Formats = *new std::map<std::string, std::unique_ptr<icu::NumberFormat>>;
-	std::unique_ptr<icu::NumberFormat>& Format = Formats[Locale];
-	if (Format == nullptr)
+	static auto& Formatters = *new std::map<std::string, icu::number::LocalizedNumberFormatter>;
+	const auto Found = Formatters.find(Locale);
+	if (Found != Formatters.end())
 	{
-		UErrorCode Status = U_ZERO_ERROR;
-		Format.reset(icu::NumberFormat::createInstance(icu::Locale(Locale.c_str()), Status));
-		checkf(U_SUCCESS(Status) && Format != nullptr, TEXT("Cannot format numbers: the ICU data for '%s' is missing"),
-			*FString::FromUtf8(Locale));
+		return Found->second;
 	}
-	return *Format;
+	UErrorCode Status = U_ZERO_ERROR;
+	return Formatters
+		.emplace(Locale, icu::number::NumberFormatter::withLocale(icu::Locale::forLanguageTag(Locale, Status))
+							 .precision(icu::number::Precision::maxFraction(3)))
+		.first->second;
 }
 
-template <typename NumberType>
-FString FormatWithIcu(const std::string& Locale, NumberType Number)
+FString ToFString(const std::string& Locale, const icu::number::FormattedNumber& Number, UErrorCode Status)
 {
-	icu::UnicodeString Text;
-	NumberFormatFor(Locale).format(Number, Text);
-	return ToFString(Text);
+	std::string Utf8;
+	const icu::UnicodeString Text = Number.toString(Status);
+	checkf(U_SUCCESS(Status), TEXT("Cannot format numbers for '%s': the data of ICU are missing"),
+		*FString::FromUtf8(Locale));
+	return FString::FromUtf8(Text.toUTF8String(Utf8));
 }
 
 /// The index in "{index}" at the start of `Pattern` and the length of the whole; false for any other braces.
@@ -80,12 +74,16 @@ FString FillIn(FStringView Pattern, const TArray<FString>& Arguments)
 
 FString FormatNumberForLocale(const std::string& Locale, int64 Number)
 {
-	return FormatWithIcu(Locale, Number);
+	UErrorCode Status = U_ZERO_ERROR;
+	const icu::number::FormattedNumber Formatted = FormatterFor(Locale).formatInt(Number, Status);
+	return ToFString(Locale, Formatted, Status);
 }
 
 FString FormatNumberForLocale(const std::string& Locale, double Number)
 {
-	return FormatWithIcu(Locale, Number);
+	UErrorCode Status = U_ZERO_ERROR;
+	const icu::number::FormattedNumber Formatted = FormatterFor(Locale).formatDouble(Number, Status);
+	return ToFString(Locale, Formatted, Status);
 }
 
 FLiteralTextData::FLiteralTextData(FString InLiteral)

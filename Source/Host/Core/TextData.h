@@ -81,6 +81,6 @@ private:
 	TArray<FText> Arguments;
 };
 
-/// A number as the culture of ICU's locale `Locale` writes it: grouped, at most three decimals.
+/// A number as the culture with the language tag `Locale` writes it: grouped, at most three decimals.
 FString FormatNumberForLocale(const std::string& Locale, int64 Number);
 FString FormatNumberForLocale(const std::string& Locale, double Number);

@@ -3,9 +3,8 @@
 #include "Core/Text.h"
 
 #include <unicode/locid.h>
-#include <unicode/uloc.h>
 
-#include <algorithm>
+#include <string_view>
 
 namespace
 {
@@ -23,10 +22,27 @@ struct FTextKey
 
 using FTextTable = TMap<FTextKey, FString>;
 
-/// "de_CH" and "de-CH" name one culture.
-FString NormalizeCulture(const FString& Culture)
+/// "de_CH", "DE-ch" and "de-CH" name one culture: its name as ICU writes it, or empty for a name that is no culture's.
+FString CanonicalCulture(const FString& Culture)
 {
-	return Culture.Replace(TEXT("_"), TEXT("-"));
+	const std::string Tag = Culture.Replace(TEXT("_"), TEXT("-")).ToUtf8();
+	UErrorCode Status = U_ZERO_ERROR;
+	const icu::Locale Locale = icu::Locale::forLanguageTag(Tag, Status);
+	const std::string Canonical = Locale.toLanguageTag<std::string>(Status);
+	if (U_FAILURE(Status))
+	{
+		return FString();
+	}
+	// Any two letters are a well-formed tag; ICU's list tells those that are a language.
+	const std::string_view Language = Locale.getLanguage();
+	for (const char* const* Known = icu::Locale::getISOLanguages(); *Known != nullptr; ++Known)
+	{
+		if (Language == *Known)
+		{
+			return FString::FromUtf8(Canonical);
+		}
+	}
+	return FString();
 }
 
 /// "de" for "de-CH"; empty for a culture without parents.
@@ -34,27 +50,6 @@ FString ParentCulture(const FString& Culture)
 {
 	int32 Dash = INDEX_NONE;
 	return Culture.FindLastChar(L'-', Dash) ? Culture.Left(Dash) : FString();
-}
-
-/// Whether ICU knows the language that a culture's name begins with.
-bool IsCultureName(const FString& Culture)
-{
-	const std::string Utf8 = Culture.ToUtf8();
-	UErrorCode Status = U_ZERO_ERROR;
-	const icu::Locale Locale = icu::Locale::forLanguageTag(Utf8, Status);
-	if (U_FAILURE(Status) || Locale.isBogus() || Locale.getLanguage()[0] == '\0')
-	{
-		return false;
-	}
-	const char* const* Languages = icu::Locale::getISOLanguages();
-	for (; *Languages != nullptr; ++Languages)
-	{
-		if (std::string_view(*Languages) == Locale.getLanguage())
-		{
-			return true;
-		}
-	}
-	return false;
 }
 }
 
@@ -80,12 +75,12 @@ FTextLocalization& FTextLocalization::Get()
 
 bool FTextLocalization::SetCurrentCulture(const FString& Culture)
 {
-	const FString Normalized = NormalizeCulture(Culture);
-	if (!IsCultureName(Normalized))
+	const FString Canonical = CanonicalCulture(Culture);
+	if (Canonical.IsEmpty())
 	{
 		return false;
 	}
-	State->Culture = Normalized;
+	State->Culture = Canonical;
 	return true;
 }
 
@@ -94,15 +89,21 @@ FString FTextLocalization::GetCurrentCulture() const
 	return State->Culture;
 }
 
-void FTextLocalization::AddText(
+bool FTextLocalization::AddText(
 	const FString& Culture, const FString& Namespace, const FString& Key, const FString& Translation)
 {
-	State->Tables.FindOrAdd(NormalizeCulture(Culture)).Add(FTextKey{Namespace, Key}, Translation);
+	const FString Canonical = CanonicalCulture(Culture);
+	if (Canonical.IsEmpty())
+	{
+		return false;
+	}
+	State->Tables.FindOrAdd(Canonical).Add(FTextKey{Namespace, Key}, Translation);
+	return true;
 }
 
 void FTextLocalization::RemoveTexts(const FString& Culture)
 {
-	State->Tables.Remove(NormalizeCulture(Culture));
+	State->Tables.Remove(CanonicalCulture(Culture));
 }
 
 const FString* FTextLocalization::FindText(const FString& Namespace, const FString& Key) const
