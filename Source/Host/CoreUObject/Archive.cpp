@@ -2,6 +2,7 @@
 #include "CoreUObject/Archive.h"
 
 #include <string>
+#include <utility>
 
 FArchive::~FArchive() = default;
 
@@ -25,7 +26,7 @@ FArchive& operator<<(FArchive& Archive, FString& Value)
 	Archive.SerializeBytes(Characters.data(), sizeof(wchar_t) * uint32(Length));
 	if (Archive.IsLoading())
 	{
-		Value = FString(Characters.c_str());
+		Value = FString(std::move(Characters));
 	}
 	return Archive;
 }

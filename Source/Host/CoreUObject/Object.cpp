@@ -135,6 +135,11 @@ UObject* NewObjectOfClass(UClass* Class, UObject* Outer, FName Name, uint32 Flag
 	{
 		Outer = GetTransientPackage();
 	}
+	if (Outer && Outer->HasAnyFlags(RF_ClassDefaultObject))
+	{
+		// Parts that a class makes in its constructor: those of the class-default object are templates like itself.
+		Flags |= RF_ClassDefaultObject;
+	}
 	if (Name.IsNone())
 	{
 		Name = FName(Class->Name.ToString() + TEXT("_") + FString::FromInt(int32(Class->NextNumber++)));

@@ -13,7 +13,7 @@ class UPackage;
 enum EObjectFlags : uint32
 {
 	RF_NoFlags = 0,
-	RF_ClassDefaultObject = 1u << 0, ///< the class-default object of its class
+	RF_ClassDefaultObject = 1u << 0, ///< the class-default object of its class, or inside one
 	RF_Transient = 1u << 1,          ///< never part of what is saved
 	RF_NeedLoad = 1u << 2,           ///< still being loaded: iteration leaves it out
 };
@@ -67,7 +67,7 @@ public:
 	void ClearFlags(uint32 Mask) { ObjectFlags &= ~Mask; }
 
 	/// Renames the object and moves it to another outer (null: keeps its own). Neither is recorded for undo.
-	void Rename(FName NewName, UObject* NewOuter = nullptr);
+	virtual void Rename(FName NewName, UObject* NewOuter = nullptr);
 
 	/// Keeps the object, and all that it references, from being collected, until `RemoveFromRoot`. Calls do not nest.
 	void AddToRoot() { bRooted = true; }

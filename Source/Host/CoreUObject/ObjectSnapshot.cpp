@@ -49,8 +49,21 @@ public:
 		}
 		NextByte += NumBytes;
 	}
-	void SerializeObject(FObjectHandle& Handle) override { Handle = References.at(NextReference++); }
-	void SerializeShared(std::shared_ptr<const void>& Data, uint64) override { Data = Shared.at(NextShared++).Data; }
+	void SerializeObject(FObjectHandle& Handle) override
+	{
+		check(NextReference < References.size());
+		Handle = References[NextReference++];
+	}
+	void SerializeShared(std::shared_ptr<const void>& Data, uint64) override
+	{
+		check(NextShared < Shared.size());
+		Data = Shared[NextShared++].Data;
+	}
+
+	bool IsAtEnd() const
+	{
+		return NextByte == Bytes.size() && NextReference == References.size() && NextShared == Shared.size();
+	}
 
 private:
 	const std::vector<uint8>& Bytes;
@@ -72,6 +85,7 @@ void FObjectSnapshot::Restore(UObject& Object) const
 {
 	FSnapshotReader Reader(Bytes, References, Shared);
 	Object.Serialize(Reader);
+	check(Reader.IsAtEnd());
 	if (bGarbage)
 	{
 		Object.MarkAsGarbage();

@@ -18,10 +18,28 @@ std::unordered_map<FName, UPackage*>& Packages()
 
 UPackage::~UPackage()
 {
+	Unregister();
+}
+
+bool UPackage::Unregister()
+{
 	const auto Found = Packages().find(GetFName());
-	if (Found != Packages().end() && Found->second == this)
+	const bool bRegistered = Found != Packages().end() && Found->second == this;
+	if (bRegistered)
 	{
 		Packages().erase(Found);
+	}
+	return bRegistered;
+}
+
+void UPackage::Rename(FName NewName, UObject* NewOuter)
+{
+	check(!NewOuter);
+	const bool bWasRegistered = Unregister();
+	Super::Rename(NewName);
+	if (bWasRegistered)
+	{
+		Packages()[NewName] = this;
 	}
 }
 
@@ -92,6 +110,7 @@ UPackage* GetTransientPackage()
 	{
 		UPackage* const Made = NewObject<UPackage>(nullptr, FName(TEXT("/Transient")), RF_Transient);
 		Made->AddToRoot();
+		Packages()[Made->GetFName()] = Made;
 		return Made;
 	}();
 	return Package;

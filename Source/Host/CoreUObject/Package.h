@@ -14,6 +14,9 @@ class UPackage : public UObject
 public:
 	~UPackage() override;
 
+	/// The package is found by its new name from now on, and no longer by the old one. Packages have no outer.
+	void Rename(FName NewName, UObject* NewOuter = nullptr) override;
+
 	/// Whether the package has changes that were not saved.
 	bool IsDirty() const { return bDirty; }
 	void SetDirtyFlag(bool bInDirty);
@@ -32,7 +35,7 @@ public:
 	static TMulticastDelegate<void(UPackage*)>& OnDirtyChanged();
 
 private:
-	friend UPackage* CreatePackage(const FString&);
+	bool Unregister();
 
 	bool bDirty = false;
 	TArray<TObjectPtr<UObject>> Assets;
