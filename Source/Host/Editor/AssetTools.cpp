@@ -35,7 +35,7 @@ public:
 
 	UObject* DuplicateAsset(const FString& AssetName, const FString& PackagePath, UObject* Original) override
 	{
-		if (!IsValid(Original) || AssetName.IsEmpty() || AssetName.Contains(TEXT(".")) ||
+		if (!IsValid(Original) || AssetName.IsEmpty() || AssetName.Contains(TEXT("/")) ||
 			!PackagePath.StartsWith(TEXT("/")))
 		{
 			return nullptr;
