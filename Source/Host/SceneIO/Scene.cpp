@@ -1,0 +1,416 @@
+// SPDX-License-Identifier: MIT
+#include "SceneIO/Scene.h"
+
+#include "CoreUObject/ObjectIterator.h"
+#include "CoreUObject/Package.h"
+#include "Engine/InstancedStaticMeshComponent.h"
+#include "SceneIO/SceneExtensions.h"
+#include "SceneIO/SceneMeshData.h"
+#include "SceneIO/SceneSpace.h"
+
+#include <algorithm>
+#include <cmath>
+#include <set>
+
+namespace
+{
+constexpr const TCHAR* SceneRoot = TEXT("/Scene");
+
+/// A name without what would make a path of it.
+FString PlainName(const std::string& Name)
+{
+	return FString::FromUtf8(Name).Replace(TEXT("/"), TEXT("_"));
+}
+
+FString Stem(const std::string& FileName)
+{
+	const std::size_t Dot = FileName.find_last_of('.');
+	return PlainName(Dot == std::string::npos || Dot == 0 ? FileName : FileName.substr(0, Dot));
+}
+} // namespace
+
+TSceneResult<std::unique_ptr<FScene>> FScene::Load(const std::string& Path, UWorld* World)
+{
+	TSceneResult<std::shared_ptr<const FGltfDocument>> Document = FGltfDocument::Load(Path);
+	if (!Document)
+	{
+		return Document.Error();
+	}
+	std::unique_ptr<FScene> Scene(new FScene());
+	Scene->Source = Document.Take();
+	Scene->World = World;
+	Scene->PackageFolder = FString(SceneRoot) / Stem(Scene->Source->Place().Name);
+	const std::size_t NumMeshes = Scene->Source->Model().Meshes.size();
+	for (std::size_t Mesh = 0; Mesh < NumMeshes; ++Mesh)
+	{
+		Scene->Data.push_back(MakeShared<FSceneMeshData>(Scene->Source, FGltfIndex(Mesh)));
+	}
+	if (FSceneStatus Status = Scene->MakeAssets(); !Status)
+	{
+		return Status.Error();
+	}
+	if (FSceneStatus Status = Scene->MakeActors(); !Status)
+	{
+		return Status.Error();
+	}
+	Scene->MakeTrueMatrices();
+	return Scene;
+}
+
+FScene::~FScene()
+{
+	for (const FSceneNode& Node : Nodes)
+	{
+		if (Node.Actor)
+		{
+			Node.Component->MarkAsGarbage();
+			Node.Actor->MarkAsGarbage();
+		}
+	}
+	const FString Prefix = PackageFolder + TEXT("/");
+	for (UPackage* Package : GetObjectsOf<UPackage>())
+	{
+		if (!Package->GetName().StartsWith(*Prefix))
+		{
+			continue;
+		}
+		for (const TObjectPtr<UObject>& Asset : Package->GetAssets())
+		{
+			if (Asset)
+			{
+				Asset->MarkAsGarbage();
+			}
+		}
+		Package->MarkAsGarbage();
+	}
+}
+
+FGltfIndex FScene::NodeOf(const AActor* Actor) const
+{
+	const FGltfIndex* const Found = NodeOfActor.Find(const_cast<AActor*>(Actor));
+	return Found ? *Found : NoIndex;
+}
+
+FString FScene::NodeName(FGltfIndex Index) const
+{
+	const std::string& Name = Source->Node(Index).Name;
+	return Name.empty() ? FString::Printf(TEXT("node %d"), Index) : FString::FromUtf8(Name);
+}
+
+FSceneStatus FScene::MakeAssets()
+{
+	const FGltfDocument& Document = *Source;
+	const FGltfIndex NumMeshes = FGltfIndex(Document.Model().Meshes.size());
+	std::set<FString> Names;
+	MeshesOfAssets.resize(std::size_t(NumMeshes));
+	for (FGltfIndex Mesh = 0; Mesh < NumMeshes; ++Mesh)
+	{
+		FString Base = PlainName(Document.Mesh(Mesh).Name);
+		Base = Base.IsEmpty() ? FString::Printf(TEXT("mesh %d"), Mesh) : Base;
+		FString Name = Base;
+		for (int32 Number = 2; !Names.insert(Name).second; ++Number)
+		{
+			Name = FString::Printf(TEXT("%s_%d"), *Base, Number);
+		}
+		UPackage* const Package = CreatePackage(PackageFolder / Name);
+		UStaticMesh* const Asset = NewObject<UStaticMesh>(Package, FName(Name));
+		Package->AddAsset(Asset);
+		MeshAssets.push_back(Asset);
+
+		FAssetMeshes& Meshes = MeshesOfAssets[std::size_t(Mesh)];
+		Meshes.Lods.Add(Mesh);
+		Asset->SetNumSourceModels(1);
+		Asset->GetSourceModel(0).SetBulkData(MeshData(Mesh));
+		TSceneResult<FGltfIndex> HiRes = SceneExtensions::ReadHiRes(Document, Mesh);
+		if (!HiRes)
+		{
+			return HiRes.Error();
+		}
+		Meshes.HiRes = *HiRes;
+		if (Meshes.HiRes != NoIndex)
+		{
+			Asset->GetHiResSourceModel().SetBulkData(MeshData(Meshes.HiRes));
+		}
+		if (FSceneStatus Status = SceneExtensions::ReadStaticMesh(Document, Mesh, *Asset); !Status)
+		{
+			return Status;
+		}
+		for (std::size_t Primitive = 0; Primitive < Document.Mesh(Mesh).Primitives.size(); ++Primitive)
+		{
+			const FGltfIndex Material = Document.Mesh(Mesh).Primitives[Primitive].Material;
+			const FString Slot = FString::Printf(TEXT("primitive %d"), int32(Primitive));
+			const std::string MaterialName = Material == NoIndex ? "" : Document.Model().Materials[std::size_t(Material)].Name;
+			Asset->StaticMaterials.Add({FName(Slot), FName(FString::FromUtf8(MaterialName))});
+		}
+	}
+	return {};
+}
+
+namespace
+{
+UClass* ComponentClass(const FGltfNode& Node)
+{
+	if (Node.Mesh == NoIndex)
+	{
+		return USceneComponent::StaticClass();
+	}
+	return Node.Extensions && Node.Extensions->bInstanced ? UInstancedStaticMeshComponent::StaticClass()
+														  : UStaticMeshComponent::StaticClass();
+}
+} // namespace
+
+FSceneStatus FScene::MakeActors()
+{
+	const std::size_t NumNodes = Source->Model().Nodes.size();
+	Nodes.resize(NumNodes);
+	for (std::size_t Index = 0; Index < NumNodes; ++Index)
+	{
+		const FGltfNode& Node = Source->Model().Nodes[Index];
+		FSceneNode& Entry = Nodes[Index];
+		TSceneResult<EComponentCreationMethod> Method = SceneExtensions::ReadCreationMethod(*Source, FGltfIndex(Index));
+		if (!Method)
+		{
+			return Method.Error();
+		}
+		AActor* const Actor = World->SpawnActor<AActor>();
+		Actor->SetActorLabel(NodeName(FGltfIndex(Index)));
+		Entry.Actor = Actor;
+		Entry.Component = CastChecked<USceneComponent>(Actor->AddComponentOfClass(ComponentClass(Node), NAME_None, *Method));
+		if (UStaticMeshComponent* const MeshComponent = Cast<UStaticMeshComponent>(Entry.Component.Get()))
+		{
+			MeshComponent->SetStaticMesh(MeshAssets[std::size_t(Node.Mesh)]);
+		}
+		NodeOfActor.Add(Actor, FGltfIndex(Index));
+		PlaceNode(Node, Entry);
+		Entry.Component->SetRelativeTransform(Entry.LoadedRelative);
+	}
+	AttachChildren();
+	MakeLevels();
+	return {};
+}
+
+void FScene::PlaceNode(const FGltfNode& Node, FSceneNode& Entry)
+{
+	if (Node.bHasMatrix)
+	{
+		Entry.TrueLocal = SceneSpace::MatrixToHost(Node.Matrix);
+		const FMatrixParts Parts = DecomposeMatrix(Entry.TrueLocal);
+		Entry.LoadedRelative = Parts.Transform;
+		Entry.LocalShear = Parts.Shear;
+		return;
+	}
+	const FQuat Rotation = SceneSpace::RotationToHost(Node.Rotation);
+	// Viewers turn by the quaternion as it is written; one that is off by rounding turns as its direction does.
+	Entry.bUnitRotation = std::abs(std::sqrt(Rotation.SizeSquared()) - 1.0) <= 1e-3;
+	Entry.LoadedRelative = FTransform(
+		Rotation.GetNormalized(), SceneSpace::PointToHost(Node.Translation), SceneSpace::ScaleToHost(Node.Scale));
+	Entry.TrueLocal = Entry.LoadedRelative.ToMatrixWithScale();
+}
+
+void FScene::AttachChildren()
+{
+	// Parents first, so that every attachment derives one world transform only.
+	std::vector<FGltfIndex> Pending;
+	for (FGltfIndex Index = 0; Index < NumNodes(); ++Index)
+	{
+		if (Source->Node(Index).Parent == NoIndex)
+		{
+			Pending.push_back(Index);
+		}
+	}
+	while (!Pending.empty())
+	{
+		const FGltfIndex Parent = Pending.back();
+		Pending.pop_back();
+		for (const FGltfIndex Child : Source->Node(Parent).Children)
+		{
+			Node(Child).Component->AttachToComponent(Node(Parent).Component, EAttachmentRule::KeepRelative);
+			Pending.push_back(Child);
+		}
+	}
+}
+
+void FScene::MakeTrueMatrices()
+{
+	std::vector<FGltfIndex> Pending;
+	for (FGltfIndex Index = 0; Index < NumNodes(); ++Index)
+	{
+		if (Source->Node(Index).Parent == NoIndex)
+		{
+			Nodes[std::size_t(Index)].TrueWorld = Node(Index).TrueLocal;
+			Pending.push_back(Index);
+		}
+	}
+	while (!Pending.empty())
+	{
+		const FGltfIndex Parent = Pending.back();
+		Pending.pop_back();
+		for (const FGltfIndex Child : Source->Node(Parent).Children)
+		{
+			Nodes[std::size_t(Child)].TrueWorld = Node(Child).TrueLocal * Node(Parent).TrueWorld;
+			Pending.push_back(Child);
+		}
+	}
+}
+
+namespace
+{
+/// Which nodes are named as a lower level, and how often.
+std::vector<int32> CountLevelUses(const FGltfDocument& Document)
+{
+	std::vector<int32> Uses(Document.Model().Nodes.size(), 0);
+	for (const FGltfNode& Node : Document.Model().Nodes)
+	{
+		for (const FGltfIndex Level : Node.Extensions ? Node.Extensions->LodNodes : std::vector<FGltfIndex>())
+		{
+			++Uses[std::size_t(Level)];
+		}
+	}
+	return Uses;
+}
+
+/// The nodes that a scene lists, or another node has as its child.
+std::vector<bool> FindPlacedNodes(const FGltfDocument& Document)
+{
+	std::vector<bool> bPlaced(Document.Model().Nodes.size(), false);
+	for (const FGltfScene& Scene : Document.Model().Scenes)
+	{
+		for (const FGltfIndex Root : Scene.Nodes)
+		{
+			bPlaced[std::size_t(Root)] = true;
+		}
+	}
+	for (std::size_t Index = 0; Index < bPlaced.size(); ++Index)
+	{
+		bPlaced[Index] = bPlaced[Index] || Document.Model().Nodes[Index].Parent != NoIndex;
+	}
+	return bPlaced;
+}
+} // namespace
+
+void FScene::MakeLevels()
+{
+	const std::vector<int32> LevelUses = CountLevelUses(*Source);
+	const std::vector<bool> bPlaced = FindPlacedNodes(*Source);
+	// Level lists of each mesh. An asset has one list of levels: all nodes that show it must agree on it.
+	TMap<FGltfIndex, TArray<FGltfIndex>> LevelsOfMesh;
+	std::set<FGltfIndex> Disputed;
+	std::vector<int32> ShownBy(Source->Model().Meshes.size(), 0);
+	for (FGltfIndex Index = 0; Index < NumNodes(); ++Index)
+	{
+		const FGltfNode& Shown = Source->Node(Index);
+		if (Shown.Mesh == NoIndex)
+		{
+			continue;
+		}
+		if (LevelUses[std::size_t(Index)] == 0)
+		{
+			++ShownBy[std::size_t(Shown.Mesh)];
+			TArray<FGltfIndex> Levels;
+			for (const FGltfIndex Level : Shown.Extensions ? Shown.Extensions->LodNodes : std::vector<FGltfIndex>())
+			{
+				Levels.Add(Source->Node(Level).Mesh);
+			}
+			const TArray<FGltfIndex>* const Known = LevelsOfMesh.Find(Shown.Mesh);
+			if (Known && !(*Known == Levels))
+			{
+				Disputed.insert(Shown.Mesh);
+			}
+			LevelsOfMesh.Add(Shown.Mesh, Levels);
+		}
+	}
+	const auto CanTakeIn = [&](FGltfIndex Owner)
+	{
+		const FGltfNode& Shown = Source->Node(Owner);
+		return !Disputed.contains(Shown.Mesh) &&
+			std::ranges::all_of(Shown.Extensions->LodNodes,
+				[&](FGltfIndex Level)
+				{
+					const FGltfNode& LevelNode = Source->Node(Level);
+					const std::size_t At = std::size_t(Level);
+					return LevelUses[At] == 1 && !bPlaced[At] && LevelNode.Mesh != NoIndex && LevelNode.Children.empty() &&
+						ShownBy[std::size_t(LevelNode.Mesh)] == 0 && LevelNode.Mesh != Shown.Mesh &&
+						RelativeDifference(Node(Level).TrueLocal, Node(Owner).TrueLocal) == 0.0;
+				});
+	};
+	// The list is taken in where every node that shows the mesh can take it in: then the levels have no other user.
+	std::set<FGltfIndex> Refused;
+	for (FGltfIndex Index = 0; Index < NumNodes(); ++Index)
+	{
+		const FGltfNode& Shown = Source->Node(Index);
+		const bool bHasLevels = Shown.Mesh != NoIndex && Shown.Extensions && !Shown.Extensions->LodNodes.empty();
+		if (bHasLevels && (LevelUses[std::size_t(Index)] > 0 || !CanTakeIn(Index)))
+		{
+			Refused.insert(Shown.Mesh);
+		}
+	}
+	for (FGltfIndex Index = 0; Index < NumNodes(); ++Index)
+	{
+		const FGltfNode& Shown = Source->Node(Index);
+		if (Shown.Mesh != NoIndex && Shown.Extensions && !Shown.Extensions->LodNodes.empty() && !Refused.contains(Shown.Mesh))
+		{
+			TakeInLevels(Index);
+		}
+	}
+}
+
+void FScene::TakeInLevels(FGltfIndex Owner)
+{
+	const FGltfNode& Shown = Source->Node(Owner);
+	UStaticMesh* const Asset = MeshAssets[std::size_t(Shown.Mesh)];
+	FAssetMeshes& Meshes = MeshesOfAssets[std::size_t(Shown.Mesh)];
+	const bool bFirst = Meshes.Lods.Num() == 1;
+	for (const FGltfIndex Level : Shown.Extensions->LodNodes)
+	{
+		const FGltfIndex LevelMesh = Source->Node(Level).Mesh;
+		if (bFirst)
+		{
+			Meshes.Lods.Add(LevelMesh);
+			Asset->SetNumSourceModels(Meshes.Lods.Num());
+			Asset->GetSourceModel(Meshes.Lods.Num() - 1).SetBulkData(MeshData(LevelMesh));
+		}
+		Nodes[std::size_t(Owner)].LodNodes.Add(Level);
+		// The level is part of the asset now; its node shows nothing of its own.
+		CastChecked<UStaticMeshComponent>(Node(Level).Component.Get())->SetStaticMesh(nullptr);
+		Nodes[std::size_t(Level)].LevelOf = Owner;
+	}
+}
+
+TSceneResult<std::vector<FTransform>> ReadSceneInstances(const std::shared_ptr<const FGltfDocument>& Document, FGltfIndex Index)
+{
+	std::vector<FTransform> Instances;
+	const FGltfNode& Instanced = Document->Node(Index);
+	if (!Instanced.Extensions || !Instanced.Extensions->bInstanced)
+	{
+		return Instances;
+	}
+	for (const FGltfAttribute& Attribute : Instanced.Extensions->Instances)
+	{
+		TSceneResult<FElementView> View = ViewElements(Document, Attribute.Accessor);
+		if (!View)
+		{
+			return View.Error();
+		}
+		Instances.resize(View->Count);
+		const std::size_t NumComponents = ComponentCount(View->Type);
+		std::vector<double> Values(View->Count * NumComponents);
+		ReadComponents(*View, 0, std::span<double>(Values));
+		for (std::size_t Instance = 0; Instance < Instances.size(); ++Instance)
+		{
+			const double* const V = &Values[Instance * NumComponents];
+			if (Attribute.Semantic == "TRANSLATION" && NumComponents == 3)
+			{
+				Instances[Instance].SetTranslation(SceneSpace::PointToHost({V[0], V[1], V[2]}));
+			}
+			else if (Attribute.Semantic == "ROTATION" && NumComponents == 4)
+			{
+				Instances[Instance].SetRotation(SceneSpace::RotationToHost({V[0], V[1], V[2], V[3]}).GetNormalized());
+			}
+			else if (Attribute.Semantic == "SCALE" && NumComponents == 3)
+			{
+				Instances[Instance].SetScale3D(SceneSpace::ScaleToHost({V[0], V[1], V[2]}));
+			}
+		}
+	}
+	return Instances;
+}
