@@ -1,0 +1,128 @@
+// SPDX-License-Identifier: MIT
+#include "BakePlan.h"
+
+#include "Engine/StaticMeshComponent.h"
+#include "SceneIO/SceneSpace.h"
+#include "TarvinOperation.h"
+#include "TarvinSelectionAction.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace
+{
+/// Bakes closer than this, as a share of their size, are the same for every purpose.
+constexpr double SameBake = 1e-8;
+
+bool IsSame(const FTransform& A, const FTransform& B)
+{
+	return RelativeDifference(A.ToMatrixWithScale(), B.ToMatrixWithScale()) <= SameBake;
+}
+
+/// Whether the module would serve both by one bake.
+bool WouldMerge(const FTransform& A, const FTransform& B)
+{
+	return A.GetRotation().Equals(B.GetRotation(), KINDA_SMALL_NUMBER) && A.GetScale3D().Equals(B.GetScale3D(), KINDA_SMALL_NUMBER);
+}
+} // namespace
+
+UStaticMesh* AssetOf(const FScene& Scene, FGltfIndex Node)
+{
+	const UStaticMeshComponent* const Component = Cast<UStaticMeshComponent>(Scene.Node(Node).Component.Get());
+	return Component ? Component->GetStaticMesh() : nullptr;
+}
+
+FBakePlanner::FBakePlanner(const FScene& InScene, const FSceneJudge& InJudge, const FBakeOptions& InOptions)
+	: Scene(InScene), SceneJudge(InJudge), Options(InOptions)
+{
+}
+
+FTransform FBakePlanner::BakeOf(FGltfIndex Node) const
+{
+	const FTarvinOperation Operation = Options.Command == ESceneCommand::BakeTransform
+		? FTarvinOperation::RotationScaleBake()
+		: FTarvinOperation::SetPivot(Options.Position);
+	UStaticMeshComponent* const Component = Cast<UStaticMeshComponent>(Scene.Node(Node).Component.Get());
+	FTransform Bake;
+	Operation.ComputeBake({Component, AssetOf(Scene, Node), Component->GetComponentTransform()}, Bake);
+	return Bake;
+}
+
+bool FBakePlanner::Fits(FGltfIndex Node, const std::vector<FGltfIndex>& Taken) const
+{
+	const FTransform Bake = BakeOf(Node);
+	return std::ranges::all_of(Taken,
+		[&](FGltfIndex Other)
+		{
+			const FTransform OtherBake = BakeOf(Other);
+			return !WouldMerge(Bake, OtherBake) || IsSame(Bake, OtherBake);
+		});
+}
+
+FBakeBatch FBakePlanner::Next(
+	const std::vector<FSceneVerdict>& Verdicts, const std::vector<bool>& bWanted, const std::vector<bool>& bDone) const
+{
+	FBakeBatch Batch;
+	std::map<UStaticMesh*, std::vector<FGltfIndex>> NodesOfAsset;
+	for (FGltfIndex Node = 0; Node < Scene.NumNodes(); ++Node)
+	{
+		const std::size_t At = std::size_t(Node);
+		UStaticMeshComponent* const Component = Cast<UStaticMeshComponent>(Scene.Node(Node).Component.Get());
+		if (Verdicts[At].Kind != FSceneVerdict::EKind::Candidate || !bWanted[At] || bDone[At] || !Component)
+		{
+			continue;
+		}
+		if (Component->CreationMethod != EComponentCreationMethod::Native)
+		{
+			Batch.Refused[Node] = "its component was not created natively";
+			continue;
+		}
+		if (Options.Command == ESceneCommand::BakeTransform && FTarvinSelectionAction::HasUnrepresentableParent(Component))
+		{
+			Batch.bPostponed = true;
+			continue;
+		}
+		std::vector<FGltfIndex>& Taken = NodesOfAsset[Component->GetStaticMesh()];
+		if (!Fits(Node, Taken))
+		{
+			Batch.bPostponed = true;
+			continue;
+		}
+		Taken.push_back(Node);
+		Batch.Nodes.push_back(Node);
+	}
+	if (Options.Shared == ESharedAnswer::InPlace)
+	{
+		for (const auto& [Asset, Nodes] : NodesOfAsset)
+		{
+			const std::string Objection = InPlaceObjection(Asset, Batch.Nodes, bWanted);
+			for (const FGltfIndex Node : Objection.empty() ? std::vector<FGltfIndex>() : Nodes)
+			{
+				Batch.Refused[Node] = Objection;
+			}
+		}
+		std::erase_if(Batch.Nodes, [&](FGltfIndex Node) { return Batch.Refused.contains(Node); });
+	}
+	return Batch;
+}
+
+std::string FBakePlanner::InPlaceObjection(
+	UStaticMesh* Asset, const std::vector<FGltfIndex>& Batch, const std::vector<bool>& bWanted) const
+{
+	for (FGltfIndex Node = 0; Node < Scene.NumNodes(); ++Node)
+	{
+		if (AssetOf(Scene, Node) != Asset || std::ranges::binary_search(Batch, Node))
+		{
+			continue;
+		}
+		// Someone who was not asked for, but could have been, changes along: that is what "in place" means.
+		const std::string& Reason = SceneJudge.StaticReason(Node);
+		if (bWanted[std::size_t(Node)] || !Reason.empty())
+		{
+			const std::string Why = Reason.empty() ? "" : " (" + Reason + ")";
+			return "baking '" + Asset->GetName().ToUtf8() + "' in place would change '" + Scene.NodeName(Node).ToUtf8() +
+				"', which cannot follow" + Why;
+		}
+	}
+	return {};
+}
