@@ -228,8 +228,10 @@ bool FCookedCollision::RayCast(const FVector& Start, const FVector& End, FCollis
 		Object.setCollisionShape(Entry.Shape.get());
 		Object.setWorldTransform(Entry.Place);
 		btCollisionWorld::ClosestRayResultCallback Result(From.getOrigin(), To.getOrigin());
-		// The faster caster stops up to a thousandth short of curved shapes.
-		Result.m_flags |= btTriangleRaycastCallback::kF_UseGjkConvexCastRaytest;
+		// One caster stops up to a thousandth short of round shapes, the other misses flat ones.
+		const bool bFlat = Entry.Kind == ECollisionShape::Box || Entry.Kind == ECollisionShape::Convex;
+		Result.m_flags |= bFlat ? btTriangleRaycastCallback::kF_UseSubSimplexConvexCastRaytest
+								: btTriangleRaycastCallback::kF_UseGjkConvexCastRaytest;
 		btCollisionWorld::rayTestSingle(From, To, &Object, Entry.Shape.get(), Entry.Place, Result);
 		if (Result.hasHit() && (!bHit || Result.m_closestHitFraction < Best.Fraction))
 		{
