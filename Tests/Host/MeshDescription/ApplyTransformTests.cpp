@@ -234,7 +234,7 @@ TEST(ApplyTransform, ZeroAndUnreadableDirectionsStayBitForBitAmongOthers)
 TEST(ApplyTransform, DirectionsSurviveTinyHugeAndVeryUnevenScales)
 {
 	const FVector3f Slant(0.6f, 0.f, 0.8f);
-	for (const double Scale : {1.1e-8, 1.e-30, 1.e30, 1.e150, -1.e-150})
+	for (const double Scale : {1.1e-8, 1.e-30, 1.e30, 1.e-150, -1.e-150, 1.e200, -1.e200})
 	{
 		const FMatrix Even = Bake({Scale, -Scale, Scale}).ToMatrixWithScale();
 		const float Side = Scale > 0.0 ? 1.f : -1.f;
@@ -247,6 +247,8 @@ TEST(ApplyTransform, DirectionsSurviveTinyHugeAndVeryUnevenScales)
 	EXPECT_EQ(NormalAfter({0.f, 1.e-30f, 0.f}, Uneven), FVector3f(0.f, 1.f, 0.f));
 	EXPECT_EQ(NormalAfter({0.f, -3.e38f, 0.f}, Uneven), FVector3f(0.f, -1.f, 0.f));
 	EXPECT_EQ(NormalAfter({1.e-45f, 0.f, 0.f}, Uneven), FVector3f(1.f, 0.f, 0.f));
+	const FMatrix Thin = Bake({1.e-200, 1.e-200, 1.0}).ToMatrixWithScale();
+	EXPECT_EQ(NormalAfter({0.f, 4.f, 0.f}, Thin), FVector3f(0.f, 1.f, 0.f));
 }
 
 TEST(ApplyTransform, FlatteningGivesTheNormalOfThePlaneAndKeepsWhatHasNone)
