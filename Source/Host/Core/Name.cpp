@@ -26,6 +26,11 @@ FNameTable& NameTable()
 	return Table;
 }
 
+FStringView TextOf(const std::wstring* Entry)
+{
+	return Entry != nullptr ? FStringView(*Entry) : FStringView(L"None");
+}
+
 const std::wstring* Intern(std::wstring_view Text)
 {
 	if (Text.empty() || Text == L"None")
@@ -56,12 +61,12 @@ FName::FName(FStringView Text)
 
 FString FName::ToString() const
 {
-	return Entry != nullptr ? FString(*Entry) : FString(TEXT("None"));
+	return FString(TextOf(Entry));
 }
 
 bool FName::LexicalLess(const FName& Other) const
 {
-	return ToString() < Other.ToString();
+	return TextOf(Entry) < TextOf(Other.Entry);
 }
 
 std::ostream& operator<<(std::ostream& Stream, const FName& Name)

@@ -18,6 +18,13 @@ bool EqualFolded(TCHAR Left, TCHAR Right)
 	return Left == Right || Fold(Left) == Fold(Right);
 }
 
+bool EqualViews(FStringView Left, FStringView Right, ESearchCase Case)
+{
+	return Case == ESearchCase::CaseSensitive
+			   ? Left == Right
+			   : std::equal(Left.begin(), Left.end(), Right.begin(), Right.end(), EqualFolded);
+}
+
 std::size_t ClampedLength(int32 Count, int32 Length)
 {
 	return static_cast<std::size_t>(std::clamp(Count, 0, Length));
@@ -60,9 +67,7 @@ FString FString::operator/(FStringView Right) const
 
 bool FString::Equals(FStringView Other, ESearchCase Case) const
 {
-	return Case == ESearchCase::CaseSensitive
-			   ? Text == Other
-			   : std::equal(Text.begin(), Text.end(), Other.begin(), Other.end(), EqualFolded);
+	return EqualViews(Text, Other, Case);
 }
 
 int32 FString::Compare(FStringView Other, ESearchCase Case) const
@@ -80,13 +85,13 @@ bool FString::Contains(FStringView Part, ESearchCase Case) const
 
 bool FString::StartsWith(FStringView Prefix, ESearchCase Case) const
 {
-	return Prefix.size() <= Text.size() && FString(FStringView(Text).substr(0, Prefix.size())).Equals(Prefix, Case);
+	return Prefix.size() <= Text.size() && EqualViews(FStringView(Text).substr(0, Prefix.size()), Prefix, Case);
 }
 
 bool FString::EndsWith(FStringView Suffix, ESearchCase Case) const
 {
 	return Suffix.size() <= Text.size() &&
-		   FString(FStringView(Text).substr(Text.size() - Suffix.size())).Equals(Suffix, Case);
+		   EqualViews(FStringView(Text).substr(Text.size() - Suffix.size()), Suffix, Case);
 }
 
 int32 FString::Find(FStringView Part, ESearchCase Case, int32 Start) const

@@ -17,7 +17,6 @@ struct FKeyed
 {
 	int32 Key = 0;
 	int32 Order = 0;
-	friend bool operator==(const FKeyed&, const FKeyed&) = default;
 };
 } // namespace
 

@@ -1,39 +1,45 @@
 // SPDX-License-Identifier: MIT
 
-// Compiled once for each case: the case KEPT must compile, every other one must be refused by the check of formats.
+// Compiled once for each case: the cases KEPT_... must compile, every other one must be refused by the check of
+// formats.
+#if defined(KEPT_IN_LOG_AND_CHECK) || defined(IN_A_LOG_LINE) || defined(IN_A_CHECK)
 #include "Core/Log.h"
-#include "Core/String.h"
-
 DECLARE_LOG_CATEGORY_EXTERN(LogRefusals, Log, All);
+#elif defined(OBJECT_FOR_TEXT)
+#include "Core/String.h"
+#else
+#include "Core/FormatString.h"
+#endif
 
-void Use(const FString& Name, int64 Large, const TCHAR* Pointer)
+void Use(int64 Large, const TCHAR* Pointer)
 {
-#if defined(KEPT)
-	FString::Printf(TEXT("%s %lld %s"), *Name, Large, Pointer);
+#if defined(KEPT_IN_LOG_AND_CHECK)
+	FString::Printf(TEXT("%s %lld %s"), *FString(Pointer), Large, Pointer);
 	HOST_LOG(LogRefusals, Log, TEXT("%s"), Pointer);
 	checkf(Large != 0, TEXT("%lld"), Large);
+#elif defined(KEPT_PLAIN)
+	FormatWide(TEXT("%lld %s"), Large, Pointer);
 #elif defined(OBJECT_FOR_TEXT)
-	FString::Printf(TEXT("%s"), Name);
+	FString::Printf(TEXT("%s"), FString(Pointer));
 #elif defined(NARROW_FOR_TEXT)
-	FString::Printf(TEXT("%s"), "narrow");
+	FormatWide(TEXT("%s"), "narrow");
 #elif defined(LARGE_FOR_SMALL)
-	FString::Printf(TEXT("%d"), Large);
+	FormatWide(TEXT("%d"), Large);
 #elif defined(NUMBER_FOR_TEXT)
-	FString::Printf(TEXT("%s"), 5);
+	FormatWide(TEXT("%s"), 5);
 #elif defined(MISSING_ARGUMENT)
-	FString::Printf(TEXT("%s %s"), Pointer);
+	FormatWide(TEXT("%s %s"), Pointer);
 #elif defined(SURPLUS_ARGUMENT)
-	FString::Printf(TEXT("%s"), Pointer, Large);
+	FormatWide(TEXT("%s"), Pointer, Large);
 #elif defined(UNKNOWN_CONVERSION)
-	FString::Printf(TEXT("%n"), Pointer);
+	FormatWide(TEXT("%n"), Pointer);
 #elif defined(FORMAT_FROM_A_VARIABLE)
-	FString::Printf(Pointer);
+	FormatWide(Pointer);
 #elif defined(IN_A_LOG_LINE)
 	HOST_LOG(LogRefusals, Log, TEXT("%d"), Large);
 #elif defined(IN_A_CHECK)
 	checkf(Large != 0, TEXT("%d"), Large);
 #endif
-	(void)Name;
 	(void)Large;
 	(void)Pointer;
 }

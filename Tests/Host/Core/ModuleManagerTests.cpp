@@ -203,6 +203,13 @@ TEST_F(ModuleManager, LibraryWithoutTheModuleIsRefusedAndClosed)
 		<< Complaints()[0];
 }
 
+TEST_F(ModuleManager, LibraryWithoutTheMarkerIsRefusedAndClosed)
+{
+	EXPECT_EQ(Manager.LoadModule(TEXT("ProbeUnmarked")), nullptr);
+	EXPECT_FALSE(IsMapped("libProbeUnmarked.so"));
+	EXPECT_EQ(Complaints().Num(), 1);
+}
+
 TEST_F(ModuleManager, FileThatIsNoLibraryIsRefusedInOneLine)
 {
 	const std::filesystem::path Folder = std::filesystem::path(testing::TempDir()) / "ModuleManagerTests";

@@ -92,8 +92,8 @@ TEST(SharedPointer, FollowingAnEmptyPointerIsStopped)
 {
 	const FThrowingAssertions Throwing;
 	const TSharedPtr<FBase> Empty;
-	EXPECT_THROW(Empty->Number, FAssertionFailed);
-	EXPECT_THROW((*Empty).Number, FAssertionFailed);
+	EXPECT_THROW((void)Empty->Number, FAssertionFailed);
+	EXPECT_THROW((void)(*Empty).Number, FAssertionFailed);
 	EXPECT_THROW(Empty.ToSharedRef(), FAssertionFailed);
 }
 
