@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Slate/SlateApplication.h"
 
+#include "CoreUObject/GarbageCollector.h"
 #include "Slate/CustomDialog.h"
 #include "Slate/SlateLog.h"
 #include "Slate/SlateNotificationManager.h"
@@ -115,6 +116,7 @@ void FSlateApplication::ClearKeyboardFocus()
 void FSlateApplication::RunModal(const TSharedRef<SCustomDialog>& Dialog)
 {
 	check(!ModalDialogs.Contains(Dialog));
+	const FCollectionLock NoCollection;
 	const TWeakPtr<SWidget> Before = FocusedWidget;
 	ModalDialogs.Add(Dialog);
 	ClearKeyboardFocus();
@@ -162,16 +164,16 @@ void FSlateApplication::OnProgressClosed(const TSharedRef<FSlateProgress>& Progr
 
 void FSlateApplication::BeginNativeModal()
 {
-	++NativeModals;
+	NativeModals.push_back(std::make_unique<FCollectionLock>());
 }
 
 void FSlateApplication::EndNativeModal()
 {
-	check(NativeModals > 0);
-	--NativeModals;
+	check(!NativeModals.empty());
+	NativeModals.pop_back();
 }
 
 bool FSlateApplication::IsModalOrProgressOpen() const
 {
-	return !ModalDialogs.IsEmpty() || !OpenProgresses.IsEmpty() || NativeModals > 0;
+	return !ModalDialogs.IsEmpty() || !OpenProgresses.IsEmpty() || !NativeModals.empty();
 }

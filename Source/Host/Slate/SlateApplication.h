@@ -6,6 +6,10 @@
 #include "Slate/SlateBackend.h"
 #include "Slate/Widget.h"
 
+#include <memory>
+#include <vector>
+
+class FCollectionLock;
 class FSlateProgress;
 class FUICommandList;
 class SCustomDialog;
@@ -74,7 +78,8 @@ public:
 	bool SetKeyboardFocus(const TSharedPtr<SWidget>& Widget);
 	void ClearKeyboardFocus();
 
-	/// Shows a dialog and returns once it is closed. The focus goes to the dialog and comes back afterwards.
+	/// Shows a dialog and returns once it is closed. The focus goes to the dialog and comes back afterwards. No object
+	/// is collected meanwhile.
 	void RunModal(const TSharedRef<SCustomDialog>& Dialog);
 
 	/// The topmost modal dialog; empty where none is up.
@@ -112,6 +117,6 @@ private:
 	TWeakPtr<SWidget> FocusedWidget;
 	TArray<TSharedRef<SCustomDialog>> ModalDialogs;
 	TArray<TSharedRef<FSlateProgress>> OpenProgresses;
-	int32 NativeModals = 0;
+	std::vector<std::unique_ptr<FCollectionLock>> NativeModals;
 	TArray<FDelegateHandle> NotificationHandles;
 };

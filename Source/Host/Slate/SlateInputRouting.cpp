@@ -105,7 +105,7 @@ bool FSlateApplication::AskAboutInput(TCall&& Call)
 
 bool FSlateApplication::RouteWhileModal(const FKeyEvent& InKeyEvent, FKeyHandler Handler)
 {
-	if (NativeModals > 0)
+	if (!NativeModals.empty())
 	{
 		return false;
 	}

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "Core/Log.h"
+#include "CoreUObject/GarbageCollector.h"
 #include "PromptDialog.h"
 #include "Slate/EditableText.h"
 #include "SlateTestFixture.h"
@@ -210,6 +211,18 @@ TEST_F(CustomDialog, ModalDialogIsSeenFromOutside)
 	Prompt.Show();
 	EXPECT_TRUE(bDuring);
 	EXPECT_FALSE(App().IsModalOrProgressOpen());
+}
+
+TEST_F(CustomDialog, NothingIsCollectedWhileADialogIsUp)
+{
+	FPromptDialog Prompt;
+	Backend->RespondOnce([](SCustomDialog&) { EXPECT_TRUE(FCollectionLock::IsLocked()); });
+	Prompt.Show();
+	EXPECT_FALSE(FCollectionLock::IsLocked());
+	App().BeginNativeModal();
+	EXPECT_TRUE(FCollectionLock::IsLocked());
+	App().EndNativeModal();
+	EXPECT_FALSE(FCollectionLock::IsLocked());
 }
 
 TEST_F(CustomDialog, ApplicationDoesNotEndUnderADialog)
