@@ -99,6 +99,8 @@ int main(int ArgumentCount, char** Arguments)
 {
 	// A reader that goes away (`tarvin info | head`) ends the program quietly, as it does other tools.
 	std::signal(SIGPIPE, SIG_DFL);
+	// A file that grows beyond a limit is a write that fails, and is reported as one.
+	std::signal(SIGXFSZ, SIG_IGN);
 	FWords Words;
 	CLI::App App("Bakes rotation, scale and pivots of placed nodes into the meshes of glTF 2.0 scenes, so that nothing moves.", "tarvin");
 	App.require_subcommand(1);
