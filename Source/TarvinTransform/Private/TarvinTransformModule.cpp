@@ -2,7 +2,9 @@
 #include "TarvinTransformModule.h"
 
 #include "Platform/CoreUObject.h"
+#include "Platform/ToolMenus.h"
 #include "TarvinInputPreProcessor.h"
+#include "TarvinMenus.h"
 #include "TarvinSelectionAction.h"
 #include "TarvinTransformCommands.h"
 #include "TarvinTransformLog.h"
@@ -39,10 +41,19 @@ void FTarvinTransformModule::StartupModule()
 		InputPreProcessor = MakeShared<FTarvinInputPreProcessor>();
 		FSlateApplication::Get().RegisterInputPreProcessor(InputPreProcessor);
 	}
+	ToolMenusStartupHandle = UToolMenus::RegisterStartupCallback(FSimpleDelegate::CreateStatic(&TarvinMenus::RegisterMenus));
 }
 
 void FTarvinTransformModule::ShutdownModule()
 {
+	UToolMenus::UnRegisterStartupCallback(ToolMenusStartupHandle);
+	if (FModuleManager::Get().IsModuleLoaded(TEXT("ToolMenus")))
+	{
+		if (UToolMenus* const ToolMenus = UToolMenus::Get())
+		{
+			ToolMenus->UnregisterOwner(this);
+		}
+	}
 	if (InputPreProcessor.IsValid())
 	{
 		if (FSlateApplication::IsInitialized())

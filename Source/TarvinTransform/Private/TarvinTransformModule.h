@@ -26,6 +26,7 @@ private:
 
 	TSharedPtr<FUICommandList> CommandList;
 	TSharedPtr<FTarvinInputPreProcessor> InputPreProcessor;
+	FDelegateHandle ToolMenusStartupHandle;
 	FDelegateHandle UndoHandle;
 	FDelegateHandle RedoHandle;
 };
