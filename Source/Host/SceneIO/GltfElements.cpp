@@ -107,8 +107,9 @@ bool FitsAs(std::span<const float> Values, bool bNormalized, double Tolerance)
 	return std::all_of(Values.begin(), Values.end(),
 		[=](float Value)
 		{
-			const double Wanted = static_cast<double>(Value);
-			return std::abs(Convert<T, double>(Store<T>(Wanted, bNormalized), bNormalized) - Wanted) <= Tolerance;
+			// Read again as a reader of single precision would, so that values that came from this storage fit exactly.
+			const float Stored = Convert<T, float>(Store<T>(static_cast<double>(Value), bNormalized), bNormalized);
+			return std::abs(static_cast<double>(Stored) - static_cast<double>(Value)) <= Tolerance;
 		});
 }
 
