@@ -302,10 +302,11 @@ public:
 			return;
 		}
 		const FListPtr Held = List;
-		std::vector<FDelegate> Removed(Held->Delegates.size());
-		for (std::size_t Index = 0; Index < Removed.size(); ++Index)
+		std::vector<FDelegate> Removed;
+		Removed.reserve(Held->Delegates.size());
+		for (FDelegate& Delegate : Held->Delegates)
 		{
-			Removed[Index] = std::move(Held->Delegates[Index]);
+			Removed.push_back(std::exchange(Delegate, FDelegate()));
 		}
 		Held->Compact();
 	}

@@ -27,6 +27,22 @@ T* Resolve(const TObjectPtr<T>& Pointer)
 	return IsValid(Object) ? Object : nullptr;
 }
 
+/// Calls `Visit` for each live component of the world that shows a static mesh and is not selected.
+template <class TVisit>
+void ForEachOtherUser(const TSet<UStaticMeshComponent*>& Selected, UWorld* World, const TVisit& Visit)
+{
+	TArray<UObject*> Components;
+	GetObjectsOfClass(UStaticMeshComponent::StaticClass(), Components, true, RF_ClassDefaultObject | RF_NeedLoad);
+	for (UObject* Object : Components)
+	{
+		UStaticMeshComponent* const Component = static_cast<UStaticMeshComponent*>(Object);
+		if (IsValid(Component) && Component->GetWorld() == World && !Selected.Contains(Component))
+		{
+			Visit(*Component);
+		}
+	}
+}
+
 FString NameOf(const UObject* Object)
 {
 	return Object ? Object->GetName() : FString(TEXT("None"));
@@ -124,7 +140,7 @@ private:
 	/// Decides which asset is baked for the group: its own, or a new duplicate. False when it is to be left alone.
 	bool ChooseTarget(const FTarvinGroup& Group, UStaticMesh* Source, UStaticMesh*& OutTarget)
 	{
-		const int32 OtherUsers = FTarvinSelectionAction::CountOtherUsers(Source, SelectedComponents, World);
+		const int32 OtherUsers = CountOtherUsers(Source);
 		if (OtherUsers <= 0 && !Group.bConflict)
 		{
 			return true;
@@ -133,6 +149,8 @@ private:
 		{
 			return false;
 		}
+		// Whoever is asked may do more than answer: the users are counted anew for the next group.
+		bCounted = false;
 		switch (OnSharedAsset.Execute(Source, OtherUsers, !Group.bConflict))
 		{
 		case ETarvinSharedAssetChoice::Cancel:
@@ -147,6 +165,24 @@ private:
 		default:
 			return true;
 		}
+	}
+
+	/// What `FTarvinSelectionAction::CountOtherUsers` says, counted for all meshes at once: the run itself changes selected components only.
+	int32 CountOtherUsers(UStaticMesh* Mesh)
+	{
+		if (!Mesh || !World)
+		{
+			return 0;
+		}
+		if (!bCounted)
+		{
+			OtherUsersOfMesh.Empty();
+			ForEachOtherUser(SelectedComponents, World,
+				[this](const UStaticMeshComponent& Component) { ++OtherUsersOfMesh.FindOrAdd(Component.GetStaticMesh()); });
+			bCounted = true;
+		}
+		const int32* const Count = OtherUsersOfMesh.Find(Mesh);
+		return Count ? *Count : 0;
 	}
 
 	void Retarget(const FTarvinItem& Item, const FTransform& Bake, UStaticMesh* Mesh)
@@ -217,6 +253,8 @@ private:
 	const FTarvinOnSharedAsset& OnSharedAsset;
 	const FTarvinOperation& Operation;
 	TSet<UStaticMeshComponent*> SelectedComponents;
+	TMap<UStaticMesh*, int32> OtherUsersOfMesh;
+	bool bCounted = false;
 	TArray<FTarvinPendingTransform> Pending;
 	FTarvinRunResult Result;
 };
@@ -253,15 +291,9 @@ int32 FTarvinSelectionAction::CountOtherUsers(UStaticMesh* Mesh, const TSet<USta
 	{
 		return 0;
 	}
-	TArray<UObject*> Components;
-	GetObjectsOfClass(UStaticMeshComponent::StaticClass(), Components, true, RF_ClassDefaultObject | RF_NeedLoad);
 	int32 Count = 0;
-	for (UObject* Object : Components)
-	{
-		UStaticMeshComponent* const Component = static_cast<UStaticMeshComponent*>(Object);
-		const bool bUses = Component->GetStaticMesh() == Mesh && Component->GetWorld() == World;
-		Count += bUses && IsValid(Component) && !Selected.Contains(Component) ? 1 : 0;
-	}
+	ForEachOtherUser(
+		Selected, World, [&](const UStaticMeshComponent& Component) { Count += Component.GetStaticMesh() == Mesh ? 1 : 0; });
 	return Count;
 }
 
