@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <CLI/CLI.hpp>
 
+#include "CommandDocuments.h"
 #include "Commands.h"
 
 #include <csignal>
@@ -103,12 +104,15 @@ int main(int ArgumentCount, char** Arguments)
 	std::signal(SIGXFSZ, SIG_IGN);
 	FWords Words;
 	CLI::App App("Bakes rotation, scale and pivots of placed nodes into the meshes of glTF 2.0 scenes, so that nothing moves.", "tarvin");
-	App.require_subcommand(1);
+	App.require_subcommand(0, 1);
 	App.set_version_flag("--version", "tarvin " TARVIN_VERSION);
 	App.footer("Exit codes: 0 done; 1 done, but something was left unbaked; 2 usage; 3 input unreadable;\n"
 			   "4 output unwritable; 5 --verify or diff found a deviation.\n"
 			   "See `tarvin bake --help` for examples.");
-	Words.Bake.Jobs = 1;
+	std::string Document;
+	App.add_option("--generate", Document, "Print the manual page (man) or the shell completions (bash)")
+		->check(CLI::IsMember({"man", "bash"}))
+		->group("");
 
 	CLI::App* const Bake = App.add_subcommand("bake", "Fold rotation and scale of nodes into their meshes");
 	AddBakeOptions(*Bake, Words);
@@ -135,6 +139,16 @@ int main(int ArgumentCount, char** Arguments)
 	catch (const CLI::ParseError& Error)
 	{
 		return App.exit(Error) == 0 ? ExitDone : ExitUsage;
+	}
+	if (!Document.empty())
+	{
+		std::fputs((Document == "man" ? CommandDocuments::ManPage(App) : CommandDocuments::BashCompletion(App)).c_str(), stdout);
+		return ExitDone;
+	}
+	if (App.get_subcommands().empty())
+	{
+		std::fputs(App.help().c_str(), stderr);
+		return ExitUsage;
 	}
 	if (Info->parsed())
 	{

@@ -57,6 +57,22 @@ TEST_F(ExitCode, IsZeroForHelp)
 	EXPECT_THAT(RunTarvin({"--help"}).Output, HasSubstr("Exit codes:"));
 }
 
+TEST_F(ExitCode, IsZeroForTheManualPageAndTheCompletions)
+{
+	const FTarvinRun Manual = RunTarvin({"--generate", "man"});
+	const FTarvinRun Completions = RunTarvin({"--generate", "bash"});
+	EXPECT_EQ(Manual.ExitCode, 0);
+	for (const char* Command : {"bake", "pivot", "info", "diff", "demo"})
+	{
+		EXPECT_THAT(Manual.Output, HasSubstr(std::string(".SS ") + Command));
+	}
+	EXPECT_THAT(Manual.Output, HasSubstr("\\-\\-dry\\-run"));
+	WriteAll(Path("completions"), Completions.Output);
+	const FTarvinRun Completed = RunProgram({"bash", "-c",
+		"source \"$0\"; COMP_WORDS=(tarvin bake --dry); COMP_CWORD=2; _tarvin; echo ${COMPREPLY[@]}", Path("completions")});
+	EXPECT_EQ(Completed.Output, "--dry-run\n");
+}
+
 TEST_F(ExitCode, IsThreeForAnInputThatIsNotThere)
 {
 	for (const char* Command : {"bake", "info"})
