@@ -29,4 +29,6 @@ if(TarvinHeaderSources)
 		hwy::hwy TBB::tbb simdjson::simdjson PkgConfig::Bullet CLI11::CLI11 Qt6::Widgets Qt6::OpenGLWidgets Qt6::Test
 		GTest::gmock rapidcheck)
 	target_compile_options(HeadersAlone PRIVATE -O0)
+	# The headers' own libraries need not be built for this: only what they define is taken over.
+	target_compile_definitions(HeadersAlone PRIVATE $<TARGET_PROPERTY:TestSupport,INTERFACE_COMPILE_DEFINITIONS>)
 endif()
