@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// What commands cost on the real host: runs over many components, undo records and duplicates of large meshes, rebuilds after undo. Where bytes are
-// moved, the counter `vs_memcpy` gives the time as a multiple of copying the same bytes in the same run.
+// What commands cost on the real host: runs over many components, undo records and duplicates of large meshes, rebuilds
+// after undo. Where bytes are moved, the counter `vs_memcpy` gives the time as a multiple of copying the same bytes in
+// the same run.
 
 #include "CoreUObject/GarbageCollector.h"
 #include "CoreUObject/ObjectIterator.h"
@@ -28,7 +29,7 @@ FMeshDescription MakeStrip(int32 NumVertices)
 {
 	FMeshDescription Mesh;
 	Mesh.AddAttributes(EVertexInstanceAttributes::Normals | EVertexInstanceAttributes::Tangents |
-		EVertexInstanceAttributes::BinormalSigns);
+					   EVertexInstanceAttributes::BinormalSigns);
 	const std::span<FVector3f> Positions = Mesh.AppendVertices(NumVertices);
 	Mesh.AppendVertexInstances(NumVertices);
 	for (int32 Vertex = 0; Vertex < NumVertices; ++Vertex)

@@ -58,7 +58,8 @@ RC_GTEST_FIXTURE_PROP(BakeTransformProperty, LeavesBakedComponentsWithoutRotatio
 		const FTransform& Now = Component->GetComponentTransform();
 		const bool bStill = Now.GetRotation().IsIdentity(1e-9) && Now.GetScale3D().Equals(FVector::OneVector, 1e-9);
 		NumStill += bStill && Scene.WasItem(Component) ? 1 : 0;
-		RC_ASSERT((Now.GetTranslation() - Scene.OldWorld(Component).GetTranslation()).Size() <= Rounding * Scene.Size());
+		RC_ASSERT(
+			(Now.GetTranslation() - Scene.OldWorld(Component).GetTranslation()).Size() <= Rounding * Scene.Size());
 	}
 	RC_ASSERT(NumStill >= Result.ComponentsUpdated);
 }

@@ -37,8 +37,8 @@ void AddCollisionAndSockets(UStaticMesh& Mesh)
 	Geometry.SphereElems.Add({FVector(-60.0, 0.0, 0.0) + DrawPoint(5.0), float(DrawNumber(2.0, 9.0))});
 	Geometry.BoxElems.Add({FVector(60.0, 0.0, 0.0) + DrawPoint(5.0), DrawRotator(), float(DrawNumber(3.0, 20.0)),
 		float(DrawNumber(3.0, 20.0)), float(DrawNumber(3.0, 20.0))});
-	Geometry.SphylElems.Add(
-		{FVector(0.0, 60.0, 0.0) + DrawPoint(5.0), DrawRotator(), float(DrawNumber(3.0, 9.0)), float(DrawNumber(3.0, 20.0))});
+	Geometry.SphylElems.Add({FVector(0.0, 60.0, 0.0) + DrawPoint(5.0), DrawRotator(), float(DrawNumber(3.0, 9.0)),
+		float(DrawNumber(3.0, 20.0))});
 	FKConvexElem Convex;
 	for (const FVector& Corner : {FVector(-9, -7, -5), FVector(8, -6, -4), FVector(0, 9, -6), FVector(1, 0, 11)})
 	{
@@ -91,7 +91,8 @@ struct FRay
 std::vector<FRay> DrawRays(const UStaticMeshComponent* Component)
 {
 	const FKAggregateGeom& Geometry = Component->GetStaticMesh()->GetBodySetup()->AggGeom;
-	const FVector Centers[] = {Geometry.SphereElems[0].Center, Geometry.BoxElems[0].Center, Geometry.SphylElems[0].Center,
+	const FVector Centers[] = {Geometry.SphereElems[0].Center, Geometry.BoxElems[0].Center,
+		Geometry.SphylElems[0].Center,
 		Geometry.ConvexElems[0].GetTransform().TransformPosition(FVector(0.0, -1.0, -1.0))};
 	std::vector<FRay> Rays;
 	for (const FVector& Center : Centers)
@@ -110,7 +111,7 @@ FMatrix SocketInWorld(const UStaticMeshComponent* Component, int32 Index)
 {
 	const UStaticMeshSocket& Socket = *Component->GetStaticMesh()->Sockets[Index];
 	return FTransform(Socket.RelativeRotation, Socket.RelativeLocation, Socket.RelativeScale).ToMatrixWithScale() *
-		Component->GetComponentTransform().ToMatrixWithScale();
+		   Component->GetComponentTransform().ToMatrixWithScale();
 }
 
 FTarvinRunResult Bake(UWorld* World)

@@ -12,7 +12,8 @@ namespace
 FTransform EvenScaled(const FTransform& Transform, bool bMirrored)
 {
 	const double Scale = std::abs(Transform.GetScale3D().X);
-	return FTransform(Transform.GetRotation(), Transform.GetTranslation(), FVector(bMirrored ? -Scale : Scale, Scale, Scale));
+	return FTransform(
+		Transform.GetRotation(), Transform.GetTranslation(), FVector(bMirrored ? -Scale : Scale, Scale, Scale));
 }
 } // namespace
 
@@ -88,7 +89,8 @@ double FCommandScene::Size() const
 
 bool FCommandScene::WasItem(const UStaticMeshComponent* Component) const
 {
-	return std::any_of(Items.begin(), Items.end(), [=](const FTarvinItem& Item) { return Item.Component == Component; });
+	return std::any_of(
+		Items.begin(), Items.end(), [=](const FTarvinItem& Item) { return Item.Component == Component; });
 }
 
 bool FCommandScene::MayMove(const UStaticMeshComponent* Component) const
@@ -121,5 +123,6 @@ double FCommandScene::LargestMove() const
 
 FWorldState FCommandScene::State() const
 {
-	return FWorldState(World, {AllMeshes[0], AllMeshes.size() > 1 ? AllMeshes[1] : nullptr, AllMeshes.size() > 2 ? AllMeshes[2] : nullptr});
+	return FWorldState(World,
+		{AllMeshes[0], AllMeshes.size() > 1 ? AllMeshes[1] : nullptr, AllMeshes.size() > 2 ? AllMeshes[2] : nullptr});
 }

@@ -29,8 +29,8 @@ public:
 	/// The largest coordinate or extent of any vertex in the world.
 	double Size() const;
 
-	/// The components whose vertices the run was free to move: those outside the selection that use an asset that was answered "apply to
-	/// all", and those that the run merged into a bake that differs from their own by a tolerance.
+	/// The components whose vertices the run was free to move: those outside the selection that use an asset that was
+	/// answered "apply to all", and those that the run merged into a bake that differs from their own by a tolerance.
 	bool MayMove(const UStaticMeshComponent* Component) const;
 
 	/// The largest distance by which a vertex of a component that may not move has moved since the scene was drawn.

@@ -25,11 +25,14 @@ int32 NumObjects()
 	return int32(Objects.Num());
 }
 
-/// Random commands, undos, redos, changes of selection and collections, beside a model of the undo history: the states that it must lead to.
+/// Random commands, undos, redos, changes of selection and collections, beside a model of the undo history: the states
+/// that it must lead to.
 class FSequence
 {
 public:
-	explicit FSequence(UWorld* InWorld, uint32 Seed) : World(InWorld), Random(Seed)
+	explicit FSequence(UWorld* InWorld, uint32 Seed)
+		: World(InWorld)
+		, Random(Seed)
 	{
 		for (int32 Mesh = 0; Mesh < 3; ++Mesh)
 		{
@@ -128,16 +131,19 @@ private:
 			GEditor->SelectActor(Component->GetOwner(), Draw(3) == 0);
 		}
 		const int32 Kind = Draw(12);
-		const FTarvinOperation Operation = Kind >= 8 ? FTarvinOperation::RotationScaleBake()
-													 : FTarvinOperation::SetPivot(static_cast<ETarvinPivotPosition>(Kind));
+		const FTarvinOperation Operation = Kind >= 8
+											   ? FTarvinOperation::RotationScaleBake()
+											   : FTarvinOperation::SetPivot(static_cast<ETarvinPivotPosition>(Kind));
 		FTarvinOnSharedAsset OnSharedAsset;
 		// Copies are answered seldom, so that assets stay shared for most of the sequence.
-		OnSharedAsset.BindLambda([this](UStaticMesh*, int32, bool bInPlaceAllowed)
+		OnSharedAsset.BindLambda(
+			[this](UStaticMesh*, int32, bool bInPlaceAllowed)
 			{
 				const int32 Answer = Draw(40);
 				return FTarvinSelectionAction::ResolveRememberedChoice(Answer == 0 ? ETarvinSharedAssetChoice::Duplicate
-						: Answer < 20 && bInPlaceAllowed                          ? ETarvinSharedAssetChoice::ApplyToAll
-																				  : ETarvinSharedAssetChoice::Cancel,
+																	   : Answer < 20 && bInPlaceAllowed
+																		   ? ETarvinSharedAssetChoice::ApplyToAll
+																		   : ETarvinSharedAssetChoice::Cancel,
 					bInPlaceAllowed);
 			});
 		FTarvinRunResult Skips;

@@ -46,7 +46,8 @@ bool IsSameKey(const FTransform& A, const FTransform& B)
 }
 
 /// Grouping as its rules say it, item by item and group by group.
-TArray<FTarvinGroup> SlowGroups(const TArray<FTarvinItem>& Items, const std::vector<FTransform>& Bakes, const std::vector<bool>& bHas)
+TArray<FTarvinGroup> SlowGroups(
+	const TArray<FTarvinItem>& Items, const std::vector<FTransform>& Bakes, const std::vector<bool>& bHas)
 {
 	TArray<FTarvinGroup> Groups;
 	for (int32 Index = 0; Index < Items.Num(); ++Index)
@@ -57,7 +58,7 @@ TArray<FTarvinGroup> SlowGroups(const TArray<FTarvinItem>& Items, const std::vec
 		}
 		int32 Found = 0;
 		while (Found < Groups.Num() &&
-			!(Groups[Found].Mesh == Items[Index].Mesh && IsSameKey(Groups[Found].Bake, Bakes[std::size_t(Index)])))
+			   !(Groups[Found].Mesh == Items[Index].Mesh && IsSameKey(Groups[Found].Bake, Bakes[std::size_t(Index)])))
 		{
 			++Found;
 		}

@@ -6,8 +6,8 @@
 
 #include <gtest/gtest.h>
 
-/// An editor with an empty world for the length of one test. What earlier tests left is collected before, and what this one leaves
-/// after.
+/// An editor with an empty world for the length of one test. What earlier tests left is collected before, and what this
+/// one leaves after.
 class FEditorFixture : public testing::Test
 {
 protected:

@@ -40,7 +40,7 @@ bool IsWorldTransformDerived(const USceneComponent* Component)
 	const auto IsSame = [](const FTransform& A, const FTransform& B)
 	{
 		return A.GetRotation() == B.GetRotation() && A.GetTranslation() == B.GetTranslation() &&
-			A.GetScale3D() == B.GetScale3D();
+			   A.GetScale3D() == B.GetScale3D();
 	};
 	for (; Component; Component = Component->GetAttachParent())
 	{

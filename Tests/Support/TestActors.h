@@ -8,8 +8,8 @@
 
 class UStaticMesh;
 
-/// Spawns an actor whose root shows `Mesh` (null for none) at `Relative`, attached to `Parent` if one is given. Returns that root; its
-/// owner is the actor. Recorded for undo as far as a transaction is open.
+/// Spawns an actor whose root shows `Mesh` (null for none) at `Relative`, attached to `Parent` if one is given. Returns
+/// that root; its owner is the actor. Recorded for undo as far as a transaction is open.
 UStaticMeshComponent* MakeActor(
 	UWorld* World, UStaticMesh* Mesh, const FTransform& Relative = FTransform(), USceneComponent* Parent = nullptr);
 

@@ -10,7 +10,8 @@ void showValue(const FTreePlan& Plan, std::ostream& Out)
 	for (std::size_t Index = 0; Index < Plan.Nodes.size(); ++Index)
 	{
 		const FTreePlan::FNode& Node = Plan.Nodes[Index];
-		Out << Index << " on " << Node.Parent << (Node.bOwnActor ? "" : " (same actor)") << " mesh " << Node.Mesh << ": ";
+		Out << Index << " on " << Node.Parent << (Node.bOwnActor ? "" : " (same actor)") << " mesh " << Node.Mesh
+			<< ": ";
 		showValue(Node.Relative, Out);
 		Out << "\n";
 	}
@@ -48,14 +49,14 @@ rc::Gen<FTreePlan> WorldGenerators::Tree(int32 MaxNodes, rc::Gen<FTransform> Rel
 		});
 }
 
-std::vector<UStaticMeshComponent*> BuildTree(UWorld* World, const FTreePlan& Plan, const std::vector<UStaticMesh*>& Meshes)
+std::vector<UStaticMeshComponent*> BuildTree(
+	UWorld* World, const FTreePlan& Plan, const std::vector<UStaticMesh*>& Meshes)
 {
 	std::vector<UStaticMeshComponent*> Components;
 	for (const FTreePlan::FNode& Node : Plan.Nodes)
 	{
 		UStaticMesh* const Mesh = Meshes.empty() ? nullptr : Meshes[std::size_t(Node.Mesh) % Meshes.size()];
-		UStaticMeshComponent* const Parent =
-			Node.Parent == INDEX_NONE ? nullptr : Components[std::size_t(Node.Parent)];
+		UStaticMeshComponent* const Parent = Node.Parent == INDEX_NONE ? nullptr : Components[std::size_t(Node.Parent)];
 		Components.push_back(Node.bOwnActor || !Parent ? MakeActor(World, Mesh, Node.Relative, Parent)
 													   : AddMeshComponent(Parent, Mesh, Node.Relative));
 	}

@@ -42,4 +42,5 @@ rc::Gen<FTreePlan> Tree(int32 MaxNodes, rc::Gen<FTransform> Relative = AnyTransf
 }
 
 /// Makes the components of a plan in `World`, in order.
-std::vector<UStaticMeshComponent*> BuildTree(UWorld* World, const FTreePlan& Plan, const std::vector<UStaticMesh*>& Meshes);
+std::vector<UStaticMeshComponent*> BuildTree(
+	UWorld* World, const FTreePlan& Plan, const std::vector<UStaticMesh*>& Meshes);

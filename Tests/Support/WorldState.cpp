@@ -16,8 +16,8 @@ void Describe(std::ostream& Out, const FTransform& Transform)
 	const FVector T = Transform.GetTranslation();
 	const FVector S = Transform.GetScale3D();
 	// Hexadecimal, so that the text tells every bit.
-	Out << std::hexfloat << "q(" << Q.X << ' ' << Q.Y << ' ' << Q.Z << ' ' << Q.W << ") t(" << T.X << ' ' << T.Y << ' ' << T.Z
-		<< ") s(" << S.X << ' ' << S.Y << ' ' << S.Z << ")" << std::defaultfloat;
+	Out << std::hexfloat << "q(" << Q.X << ' ' << Q.Y << ' ' << Q.Z << ' ' << Q.W << ") t(" << T.X << ' ' << T.Y << ' '
+		<< T.Z << ") s(" << S.X << ' ' << S.Y << ' ' << S.Z << ")" << std::defaultfloat;
 }
 
 std::string Describe(const UObject& Object)
@@ -52,8 +52,8 @@ FWorldState::FWorldState(UWorld* World, std::initializer_list<UObject*> Others)
 		if (Object && !Objects.contains(Handle))
 		{
 			Order.push_back(Handle);
-			Objects.emplace(Handle,
-				FObjectState{Object->GetPathName().ToUtf8(), Describe(*Object), FObjectSnapshot(*Object)});
+			Objects.emplace(
+				Handle, FObjectState{Object->GetPathName().ToUtf8(), Describe(*Object), FObjectSnapshot(*Object)});
 		}
 	};
 	Visit(MakeObjectHandle(World));
@@ -89,7 +89,8 @@ std::string FWorldState::Difference(const FWorldState& Other) const
 		}
 		else if (!(Found->second == Mine))
 		{
-			Out << Mine.Name << " differs\n  was " << Mine.Description << "\n  is  " << Found->second.Description << "\n";
+			Out << Mine.Name << " differs\n  was " << Mine.Description << "\n  is  " << Found->second.Description
+				<< "\n";
 		}
 	}
 	for (const FObjectHandle& Handle : Other.Order)

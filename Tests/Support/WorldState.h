@@ -13,9 +13,9 @@
 
 class UWorld;
 
-/// The state of all objects that a world reaches (actors, components, and the assets that they use, with all inside them) at one moment,
-/// and where the components stand in the world. Two are equal when the same objects are reached and each has the same
-/// state, to the bit. Keeps no object alive.
+/// The state of all objects that a world reaches (actors, components, and the assets that they use, with all inside
+/// them) at one moment, and where the components stand in the world. Two are equal when the same objects are reached
+/// and each has the same state, to the bit. Keeps no object alive.
 class FWorldState
 {
 public:

@@ -25,11 +25,15 @@ enum class EArchiveMode : uint8
 
 /// Goes over the state of an object: one `Serialize` per class serves undo, duplication and reference collection.
 ///
-/// Large immutable data is shown by shared pointer, with the bytes of memory that it takes, and is shared, never copied.
+/// Large immutable data is shown by shared pointer, with the bytes of memory that it takes, and is shared, never
+/// copied.
 class FArchive
 {
 public:
-	explicit FArchive(EArchiveMode InMode) : Mode(InMode) {}
+	explicit FArchive(EArchiveMode InMode)
+		: Mode(InMode)
+	{
+	}
 	virtual ~FArchive();
 
 	bool IsSaving() const { return Mode == EArchiveMode::Saving; }
@@ -45,8 +49,7 @@ private:
 };
 
 template <class T>
-	requires(std::is_arithmetic_v<T> || std::is_enum_v<T>)
-FArchive& operator<<(FArchive& Archive, T& Value)
+requires(std::is_arithmetic_v<T> || std::is_enum_v<T>) FArchive& operator<<(FArchive& Archive, T& Value)
 {
 	Archive.SerializeBytes(&Value, sizeof(T));
 	return Archive;

@@ -15,7 +15,10 @@ std::unordered_map<FName, UClass*>& Registry()
 }
 } // namespace
 
-UClass::UClass(const TCHAR* InName, UClass* InSuper, FFactory InFactory) : Name(InName), Super(InSuper), Factory(InFactory)
+UClass::UClass(const TCHAR* InName, UClass* InSuper, FFactory InFactory)
+	: Name(InName)
+	, Super(InSuper)
+	, Factory(InFactory)
 {
 	if (Super)
 	{

@@ -8,8 +8,8 @@
 
 class UObject;
 
-/// Describes one class of objects: its name, its single base class, how an instance is made, and where its instances are.
-/// Descriptions are made once and live as long as the process.
+/// Describes one class of objects: its name, its single base class, how an instance is made, and where its instances
+/// are. Descriptions are made once and live as long as the process.
 class UClass
 {
 public:
@@ -54,22 +54,22 @@ private:
 };
 
 /// Stands in the body of every object class: names the base as `Super` and declares the class description.
-#define DECLARE_CLASS(TClass, TSuper)                                                                                             \
-public:                                                                                                                           \
-	using Super = TSuper;                                                                                                         \
-	static UClass* StaticClass();                                                                                                 \
-                                                                                                                                  \
+#define DECLARE_CLASS(TClass, TSuper) \
+public:                               \
+	using Super = TSuper;             \
+	static UClass* StaticClass();     \
+                                      \
 private:
 
 /// Stands in one source of the library that owns the class. The class needs a default constructor.
-#define DEFINE_CLASS(TClass)                                                                                                      \
-	UClass* TClass::StaticClass()                                                                                                 \
-	{                                                                                                                             \
-		static UClass* const Class =                                                                                              \
-			new UClass(&TEXT(#TClass)[1], TClass::Super::StaticClass(), []() -> UObject* { return new TClass(); });               \
-		return Class;                                                                                                             \
-	}                                                                                                                             \
-	namespace                                                                                                                     \
-	{                                                                                                                             \
-	[[maybe_unused]] UClass* const G##TClass##Class = TClass::StaticClass();                                                      \
+#define DEFINE_CLASS(TClass)                                                                                        \
+	UClass* TClass::StaticClass()                                                                                   \
+	{                                                                                                               \
+		static UClass* const Class =                                                                                \
+			new UClass(&TEXT(#TClass)[1], TClass::Super::StaticClass(), []() -> UObject* { return new TClass(); }); \
+		return Class;                                                                                               \
+	}                                                                                                               \
+	namespace                                                                                                       \
+	{                                                                                                               \
+	[[maybe_unused]] UClass* const G##TClass##Class = TClass::StaticClass();                                        \
 	}

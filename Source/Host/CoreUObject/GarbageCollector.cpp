@@ -23,7 +23,11 @@ std::vector<FReferenceSource*>& ReferenceSources()
 class FGarbageCollector final : public FArchive
 {
 public:
-	FGarbageCollector() : FArchive(EArchiveMode::CollectingReferences), Array(FObjectArray::Get()) {}
+	FGarbageCollector()
+		: FArchive(EArchiveMode::CollectingReferences)
+		, Array(FObjectArray::Get())
+	{
+	}
 
 	void Run()
 	{
@@ -46,7 +50,11 @@ public:
 private:
 	struct FSourceCollector final : FReferenceCollector
 	{
-		FSourceCollector(FGarbageCollector& InOwner, bool bInKeepsGarbage) : Owner(InOwner), bKeepsGarbage(bInKeepsGarbage) {}
+		FSourceCollector(FGarbageCollector& InOwner, bool bInKeepsGarbage)
+			: Owner(InOwner)
+			, bKeepsGarbage(bInKeepsGarbage)
+		{
+		}
 		void Keep(FObjectHandle Handle) const override { Owner.Mark(Owner.Array.Resolve(Handle), bKeepsGarbage); }
 
 		FGarbageCollector& Owner;
@@ -63,7 +71,8 @@ private:
 				continue;
 			}
 			const UPackage* const Package = Cast<UPackage>(Object);
-			const bool bHoldsAssets = Package && Package->GetAssets().FindByPredicate([](UObject* Asset) { return IsAlive(Asset); });
+			const bool bHoldsAssets =
+				Package && Package->GetAssets().FindByPredicate([](UObject* Asset) { return IsAlive(Asset); });
 			if (Object->bRooted || Object->HasAnyFlags(RF_ClassDefaultObject) || bHoldsAssets)
 			{
 				Mark(Object, true);
@@ -83,7 +92,8 @@ private:
 
 	static bool IsAlive(const UObject* Object) { return Object && !Object->IsGarbage(); }
 
-	// Live objects do not keep destroyed ones; the undo history does, and a destroyed object that it keeps keeps its own.
+	// Live objects do not keep destroyed ones; the undo history does, and a destroyed object that it keeps keeps its
+	// own.
 	void Mark(UObject* Object, bool bKeepsGarbage)
 	{
 		if (Object && Object->bUnreachable && (bKeepsGarbage || !Object->bGarbage))

@@ -16,7 +16,8 @@ public:
 	/// Names every object to keep by calling `Keep`.
 	virtual void AddReferences(const class FReferenceCollector& Collector) = 0;
 
-	/// True when destroyed objects are kept too, as an undo history needs. Other sources, and live objects, do not keep them.
+	/// True when destroyed objects are kept too, as an undo history needs. Other sources, and live objects, do not keep
+	/// them.
 	virtual bool KeepsGarbage() const { return false; }
 };
 
@@ -28,8 +29,8 @@ public:
 	virtual void Keep(FObjectHandle Handle) const = 0;
 };
 
-/// Frees every object that cannot be reached from a root: rooted objects, packages with assets, class-default objects and
-/// reference sources. Does nothing and returns false while a `FCollectionLock` exists.
+/// Frees every object that cannot be reached from a root: rooted objects, packages with assets, class-default objects
+/// and reference sources. Does nothing and returns false while a `FCollectionLock` exists.
 bool CollectGarbage();
 
 /// While one exists nothing is collected: commands, transactions, slow tasks and modal dialogs hold one.

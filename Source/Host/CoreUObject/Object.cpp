@@ -52,7 +52,8 @@ FString UObject::GetPathName() const
 		return GetName();
 	}
 	// A subobject of an asset is set off from it by a colon, all other steps by a dot.
-	const bool bIsSubobject = OuterPrivate->OuterPrivate && OuterPrivate->OuterPrivate->IsA<UPackage>() && !OuterPrivate->IsA<UPackage>();
+	const bool bIsSubobject =
+		OuterPrivate->OuterPrivate && OuterPrivate->OuterPrivate->IsA<UPackage>() && !OuterPrivate->IsA<UPackage>();
 	return OuterPrivate->GetPathName() + (bIsSubobject ? TEXT(":") : TEXT(".")) + GetName();
 }
 

@@ -20,9 +20,9 @@ enum EObjectFlags : uint32
 
 /// The base of everything that is named, collected, duplicated and undone.
 ///
-/// Objects are made by `NewObject` only. They live until a collection finds them unreachable; destroying one flags it as
-/// garbage at once, and frees it at a later collection. A class lists its state in `Serialize`, once, for undo, duplication and
-/// reference collection alike.
+/// Objects are made by `NewObject` only. They live until a collection finds them unreachable; destroying one flags it
+/// as garbage at once, and frees it at a later collection. A class lists its state in `Serialize`, once, for undo,
+/// duplication and reference collection alike.
 class UObject
 {
 public:
@@ -74,8 +74,8 @@ public:
 	void RemoveFromRoot() { bRooted = false; }
 	bool IsRooted() const { return bRooted; }
 
-	/// Destroys the object as far as everyone else can see: weak references to it are stale, and iteration and `IsValid` leave
-	/// it out. Clearing the flag (undoing the deletion) makes it valid again.
+	/// Destroys the object as far as everyone else can see: weak references to it are stale, and iteration and
+	/// `IsValid` leave it out. Clearing the flag (undoing the deletion) makes it valid again.
 	void MarkAsGarbage() { bGarbage = true; }
 	void ClearGarbage() { bGarbage = false; }
 	bool IsGarbage() const { return bGarbage; }
@@ -85,7 +85,8 @@ public:
 	/// Returns true when a transaction recorded it, now or earlier.
 	virtual bool Modify(bool bAlwaysMarkDirty = true);
 
-	/// Marks the object's package as having unsaved changes. Returns false when the object is in no package, or in the transient one.
+	/// Marks the object's package as having unsaved changes. Returns false when the object is in no package, or in the
+	/// transient one.
 	bool MarkPackageDirty() const;
 
 	/// Reads or writes every field that is the object's state. Derived data is no state.
@@ -122,8 +123,8 @@ private:
 	bool bRooted = false;
 };
 
-/// Makes an object. Without a name it gets its class's name and a number that no unnamed object of the class had before.
-/// Objects without an outer are put into the transient package, packages excepted.
+/// Makes an object. Without a name it gets its class's name and a number that no unnamed object of the class had
+/// before. Objects without an outer are put into the transient package, packages excepted.
 UObject* NewObjectOfClass(UClass* Class, UObject* Outer, FName Name = NAME_None, uint32 Flags = RF_NoFlags);
 
 template <class T>

@@ -15,8 +15,8 @@ public:
 	UObject* Resolve(FObjectHandle Handle) const
 	{
 		return uint32(Handle.Slot) < Slots.size() && Slots[uint32(Handle.Slot)].Serial == Handle.Serial
-			? Slots[uint32(Handle.Slot)].Object
-			: nullptr;
+				   ? Slots[uint32(Handle.Slot)].Object
+				   : nullptr;
 	}
 
 	/// How many objects exist, class-default objects included.

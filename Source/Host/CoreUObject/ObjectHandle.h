@@ -5,8 +5,8 @@
 
 class UObject;
 
-/// Names one object for ever: its slot in the global object array, and the serial number that the slot had when it was made.
-/// A slot that is used again has another serial number, so a handle never resolves to a later object.
+/// Names one object for ever: its slot in the global object array, and the serial number that the slot had when it was
+/// made. A slot that is used again has another serial number, so a handle never resolves to a later object.
 struct FObjectHandle
 {
 	int32 Slot = INDEX_NONE;

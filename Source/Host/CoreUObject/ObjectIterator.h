@@ -4,9 +4,9 @@
 #include "Core/Array.h"
 #include "CoreUObject/Object.h"
 
-/// Adds every live instance of `Class`, and of the classes derived from it unless `bIncludeDerived` is false, to `OutObjects`.
-/// Destroyed and unreachable objects are left out, and those with any of `ExcludeFlags`.
-/// Looks at instances of these classes only: objects of other classes cost nothing.
+/// Adds every live instance of `Class`, and of the classes derived from it unless `bIncludeDerived` is false, to
+/// `OutObjects`. Destroyed and unreachable objects are left out, and those with any of `ExcludeFlags`. Looks at
+/// instances of these classes only: objects of other classes cost nothing.
 void GetObjectsOfClass(const UClass* Class, TArray<UObject*>& OutObjects, bool bIncludeDerived = true,
 	uint32 ExcludeFlags = RF_ClassDefaultObject | RF_NeedLoad);
 

@@ -7,23 +7,27 @@
 #include <cstddef>
 #include <functional>
 
-/// A tracked object pointer: the collector knows the ones that an object serializes, and keeps what they point at. One that
-/// stands anywhere else keeps nothing alive, and resolves to null once its object has been collected: it never dangles.
+/// A tracked object pointer: the collector knows the ones that an object serializes, and keeps what they point at. One
+/// that stands anywhere else keeps nothing alive, and resolves to null once its object has been collected: it never
+/// dangles.
 template <class T>
 class TObjectPtr
 {
 public:
 	TObjectPtr() = default;
 	TObjectPtr(std::nullptr_t) {}
-	TObjectPtr(T* Object) : Handle(MakeObjectHandle(Object)) {}
+	TObjectPtr(T* Object)
+		: Handle(MakeObjectHandle(Object))
+	{
+	}
 	template <class TOther>
-		requires std::convertible_to<TOther*, T*>
-	TObjectPtr(const TObjectPtr<TOther>& Other) : Handle(Other.GetHandle())
+	requires std::convertible_to<TOther*, T*> TObjectPtr(const TObjectPtr<TOther>& Other)
+		: Handle(Other.GetHandle())
 	{
 	}
 
-	/// The object while it exists in memory (destroyed ones included: ask `IsValid`), else null. Pointers are compared as what they
-	/// resolve to.
+	/// The object while it exists in memory (destroyed ones included: ask `IsValid`), else null. Pointers are compared
+	/// as what they resolve to.
 	T* Get() const { return static_cast<T*>(ResolveObject(Handle)); }
 	operator T*() const { return Get(); }
 	T* operator->() const
@@ -47,7 +51,10 @@ class FWeakObjectPtr
 {
 public:
 	FWeakObjectPtr() = default;
-	FWeakObjectPtr(const UObject* Object) : Handle(MakeObjectHandle(Object)) {}
+	FWeakObjectPtr(const UObject* Object)
+		: Handle(MakeObjectHandle(Object))
+	{
+	}
 
 	/// The object, or null when the reference is stale.
 	UObject* Get() const { return ResolveLiveObject(Handle); }
@@ -72,7 +79,10 @@ class TWeakObjectPtr
 {
 public:
 	TWeakObjectPtr() = default;
-	TWeakObjectPtr(const T* Object) : Weak(Object) {}
+	TWeakObjectPtr(const T* Object)
+		: Weak(Object)
+	{
+	}
 
 	T* Get() const { return static_cast<T*>(Weak.Get()); }
 	T* operator->() const

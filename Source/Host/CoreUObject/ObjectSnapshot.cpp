@@ -13,7 +13,10 @@ class FSnapshotWriter final : public FArchive
 public:
 	FSnapshotWriter(std::vector<uint8>& InBytes, std::vector<FObjectHandle>& InReferences,
 		std::vector<FObjectSnapshot::FShared>& InShared)
-		: FArchive(EArchiveMode::Saving), Bytes(InBytes), References(InReferences), Shared(InShared)
+		: FArchive(EArchiveMode::Saving)
+		, Bytes(InBytes)
+		, References(InReferences)
+		, Shared(InShared)
 	{
 	}
 
@@ -23,7 +26,10 @@ public:
 		Bytes.insert(Bytes.end(), Begin, Begin + NumBytes);
 	}
 	void SerializeObject(FObjectHandle& Handle) override { References.push_back(Handle); }
-	void SerializeShared(std::shared_ptr<const void>& Data, uint64 NumBytes) override { Shared.push_back({Data, NumBytes}); }
+	void SerializeShared(std::shared_ptr<const void>& Data, uint64 NumBytes) override
+	{
+		Shared.push_back({Data, NumBytes});
+	}
 
 private:
 	std::vector<uint8>& Bytes;
@@ -36,7 +42,10 @@ class FSnapshotReader final : public FArchive
 public:
 	FSnapshotReader(const std::vector<uint8>& InBytes, const std::vector<FObjectHandle>& InReferences,
 		const std::vector<FObjectSnapshot::FShared>& InShared)
-		: FArchive(EArchiveMode::Loading), Bytes(InBytes), References(InReferences), Shared(InShared)
+		: FArchive(EArchiveMode::Loading)
+		, Bytes(InBytes)
+		, References(InReferences)
+		, Shared(InShared)
 	{
 	}
 
@@ -75,7 +84,8 @@ private:
 };
 } // namespace
 
-FObjectSnapshot::FObjectSnapshot(UObject& Object) : bGarbage(Object.IsGarbage())
+FObjectSnapshot::FObjectSnapshot(UObject& Object)
+	: bGarbage(Object.IsGarbage())
 {
 	FSnapshotWriter Writer(Bytes, References, Shared);
 	Object.Serialize(Writer);
@@ -107,7 +117,7 @@ void FObjectSnapshot::MapReferences(const std::function<FObjectHandle(FObjectHan
 void FObjectSnapshot::AddMemory(FSnapshotMemory& Memory) const
 {
 	Memory.Bytes += sizeof(*this) + Bytes.capacity() + References.capacity() * sizeof(FObjectHandle) +
-		Shared.capacity() * sizeof(FShared);
+					Shared.capacity() * sizeof(FShared);
 	for (const FShared& Item : Shared)
 	{
 		Memory.Bytes += Item.Data && Memory.Counted.insert(Item.Data.get()).second ? Item.NumBytes : 0;

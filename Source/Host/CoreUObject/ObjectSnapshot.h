@@ -15,8 +15,8 @@ struct FSnapshotMemory
 	std::unordered_set<const void*> Counted;
 };
 
-/// The state of one object at one moment: its plain fields as bytes, the objects that it points at, and its large immutable data,
-/// shared. Taking one costs what the plain fields cost, however large the shared data are.
+/// The state of one object at one moment: its plain fields as bytes, the objects that it points at, and its large
+/// immutable data, shared. Taking one costs what the plain fields cost, however large the shared data are.
 class FObjectSnapshot
 {
 public:
@@ -59,9 +59,9 @@ private:
 	bool bGarbage = false;
 };
 
-/// Copies `Source` and the objects inside it (those whose outer chain holds it and that its state references); references among
-/// them point at the copies, all others stay. The copy gets the outer (null: the transient package) and the name (none: a unique
-/// one); inner objects keep their names. Large immutable data are shared. Null gives null.
+/// Copies `Source` and the objects inside it (those whose outer chain holds it and that its state references);
+/// references among them point at the copies, all others stay. The copy gets the outer (null: the transient package)
+/// and the name (none: a unique one); inner objects keep their names. Large immutable data are shared. Null gives null.
 UObject* DuplicateObject(UObject* Source, UObject* Outer, FName Name = NAME_None);
 
 template <class T>

@@ -12,14 +12,14 @@ class IAssetTools
 public:
 	virtual ~IAssetTools() = default;
 
-	/// Gives a package name, and the asset name at its end, that no package has: `BasePackageName` and `Suffix`, with "_2", "_3" … behind
-	/// them when that is taken. Takes constant time however many were given before.
+	/// Gives a package name, and the asset name at its end, that no package has: `BasePackageName` and `Suffix`, with
+	/// "_2", "_3" … behind them when that is taken. Takes constant time however many were given before.
 	virtual void CreateUniqueAssetName(
 		const FString& BasePackageName, const FString& Suffix, FString& OutPackageName, FString& OutAssetName) = 0;
 
-	/// Copies `Original`, with all objects inside it, as the asset `AssetName` of a new package in the folder `PackagePath`. The package is
-	/// dirty. Returns null, making nothing, without an original, with an empty or malformed name, and when the package has such an
-	/// asset already.
+	/// Copies `Original`, with all objects inside it, as the asset `AssetName` of a new package in the folder
+	/// `PackagePath`. The package is dirty. Returns null, making nothing, without an original, with an empty or
+	/// malformed name, and when the package has such an asset already.
 	virtual UObject* DuplicateAsset(const FString& AssetName, const FString& PackagePath, UObject* Original) = 0;
 };
 

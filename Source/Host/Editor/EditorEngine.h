@@ -11,7 +11,8 @@
 
 class AActor;
 
-/// The level editor: the edited world and the played one, the selection, the transaction system, and what the viewports show of them.
+/// The level editor: the edited world and the played one, the selection, the transaction system, and what the viewports
+/// show of them.
 class UEditorEngine : public UObject
 {
 	DECLARE_CLASS(UEditorEngine, UObject)
@@ -36,13 +37,14 @@ public:
 	void SelectActor(AActor* Actor, bool bSelected);
 	void SelectNone();
 
-	/// Opens a transaction, or joins the open one; returns the index of the scope, or INDEX_NONE without a transaction system.
+	/// Opens a transaction, or joins the open one; returns the index of the scope, or INDEX_NONE without a transaction
+	/// system.
 	int32 BeginTransaction(const TCHAR* Context, const FText& Description, UObject* PrimaryObject);
 	int32 EndTransaction();
 	void CancelTransaction(int32 StartIndex);
 
-	/// Takes back, or does again, one transaction, and puts the pivot where the selection is now. Refused while a transaction is
-	/// open. Returns whether anything was done.
+	/// Takes back, or does again, one transaction, and puts the pivot where the selection is now. Refused while a
+	/// transaction is open. Returns whether anything was done.
 	bool UndoTransaction();
 	bool RedoTransaction();
 

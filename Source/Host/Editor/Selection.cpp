@@ -10,7 +10,8 @@ UObject* USelection::GetSelectedObject(int32 Index) const
 
 bool USelection::IsSelected(const UObject* Object) const
 {
-	return Object && Objects.ContainsByPredicate([&](const TWeakObjectPtr<UObject>& Entry) { return Entry.Get() == Object; });
+	return Object &&
+		   Objects.ContainsByPredicate([&](const TWeakObjectPtr<UObject>& Entry) { return Entry.Get() == Object; });
 }
 
 void USelection::Select(UObject* Object)

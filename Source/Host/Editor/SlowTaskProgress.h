@@ -7,8 +7,8 @@
 
 class FSlateProgress;
 
-/// Shows the process's slow tasks as progress of the widget application, while it exists. Without an application nothing is shown.
-/// Makes itself the display of `GWarn`, and steps back at its end.
+/// Shows the process's slow tasks as progress of the widget application, while it exists. Without an application
+/// nothing is shown. Makes itself the display of `GWarn`, and steps back at its end.
 class FSlowTaskProgress final : public ISlowTaskDisplay
 {
 public:

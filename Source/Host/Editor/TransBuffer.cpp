@@ -6,7 +6,10 @@ DEFINE_CLASS(UTransBuffer)
 class UTransBuffer::FReferences final : public FReferenceSource
 {
 public:
-	explicit FReferences(const UTransBuffer& InBuffer) : Buffer(InBuffer) {}
+	explicit FReferences(const UTransBuffer& InBuffer)
+		: Buffer(InBuffer)
+	{
+	}
 
 	void AddReferences(const FReferenceCollector& Collector) override
 	{
@@ -21,7 +24,10 @@ private:
 	const UTransBuffer& Buffer;
 };
 
-UTransBuffer::UTransBuffer() : References(std::make_unique<FReferences>(*this)) {}
+UTransBuffer::UTransBuffer()
+	: References(std::make_unique<FReferences>(*this))
+{
+}
 
 UTransBuffer::~UTransBuffer()
 {

@@ -12,8 +12,9 @@
 
 /// The engine's transaction buffer: a stack of committed transactions, a place in it, and the open transaction, if any.
 ///
-/// It keeps every object that its transactions need. Opening a transaction touches neither side of the stack; committing one drops
-/// what was there to redo. A nested scope joins the outer one. A transaction that recorded nothing leaves both sides as they were.
+/// It keeps every object that its transactions need. Opening a transaction touches neither side of the stack;
+/// committing one drops what was there to redo. A nested scope joins the outer one. A transaction that recorded nothing
+/// leaves both sides as they were.
 class UTransBuffer : public UTransactor
 {
 	DECLARE_CLASS(UTransBuffer, UTransactor)

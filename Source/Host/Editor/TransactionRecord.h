@@ -14,7 +14,10 @@
 class FTransactionRecord final : public ITransaction
 {
 public:
-	explicit FTransactionRecord(const FTransactionContext& InContext) : Context(InContext) {}
+	explicit FTransactionRecord(const FTransactionContext& InContext)
+		: Context(InContext)
+	{
+	}
 
 	void SaveObject(UObject* Object) override;
 	void SaveCreation(UObject* Object) override;
@@ -25,8 +28,8 @@ public:
 	/// Forgets the objects that were recorded since there were `Mark` of them.
 	void DropFrom(int32 Mark);
 
-	/// Swaps the stored states with the live ones, all first; then has the objects drop what they derived from the old states;
-	/// then derives the world transforms, parents first; then tells the objects.
+	/// Swaps the stored states with the live ones, all first; then has the objects drop what they derived from the old
+	/// states; then derives the world transforms, parents first; then tells the objects.
 	void Exchange();
 
 	const FTransactionContext& GetContext() const { return Context; }

@@ -8,9 +8,9 @@
 /// What a transaction says of itself.
 struct FTransactionContext
 {
-	FString Context;                     ///< who made it, for programs; may be empty
-	FText Title;                         ///< what it does, for users
-	TObjectPtr<UObject> PrimaryObject;   ///< the object that it is about, or null
+	FString Context;                   ///< who made it, for programs; may be empty
+	FText Title;                       ///< what it does, for users
+	TObjectPtr<UObject> PrimaryObject; ///< the object that it is about, or null
 };
 
 /// The editor's transaction system, as far as all of its kinds agree.

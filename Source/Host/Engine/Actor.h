@@ -7,7 +7,8 @@
 
 class UWorld;
 
-/// Something placed in a world: a list of components, one of which, the root, gives it its place. Its outer is the world.
+/// Something placed in a world: a list of components, one of which, the root, gives it its place. Its outer is the
+/// world.
 class AActor : public UObject
 {
 	DECLARE_CLASS(AActor, UObject)

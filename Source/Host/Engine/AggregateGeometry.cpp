@@ -5,7 +5,8 @@ namespace
 {
 bool IsSame(const FTransform& A, const FTransform& B)
 {
-	return A.GetRotation() == B.GetRotation() && A.GetTranslation() == B.GetTranslation() && A.GetScale3D() == B.GetScale3D();
+	return A.GetRotation() == B.GetRotation() && A.GetTranslation() == B.GetTranslation() &&
+		   A.GetScale3D() == B.GetScale3D();
 }
 } // namespace
 
@@ -37,7 +38,8 @@ bool FKOpaqueElem::operator==(const FKOpaqueElem& Other) const
 int32 FKAggregateGeom::GetElementCount() const
 {
 	return int32(SphereElems.Num() + BoxElems.Num() + SphylElems.Num() + ConvexElems.Num() + TaperedCapsuleElems.Num() +
-		LevelSetElems.Num() + SkinnedLevelSetElems.Num() + MLLevelSetElems.Num() + SkinnedTriangleMeshElems.Num());
+				 LevelSetElems.Num() + SkinnedLevelSetElems.Num() + MLLevelSetElems.Num() +
+				 SkinnedTriangleMeshElems.Num());
 }
 
 static FArchive& operator<<(FArchive& Archive, FKSphereElem& Element)

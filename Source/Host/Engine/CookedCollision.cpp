@@ -86,7 +86,10 @@ struct FCookedCollision::FShapes
 	std::vector<FEntry> Entries;
 	TArray<FString>& Problems;
 
-	explicit FShapes(TArray<FString>& InProblems) : Problems(InProblems) {}
+	explicit FShapes(TArray<FString>& InProblems)
+		: Problems(InProblems)
+	{
+	}
 
 	void Refuse(ECollisionShape Kind, int32 Index, const TCHAR* Reason)
 	{
@@ -120,13 +123,15 @@ struct FCookedCollision::FShapes
 	{
 		if (CanMake(ECollisionShape::Sphere, Index, IsSize(Sphere.Radius), Sphere.Center, FRotator()))
 		{
-			Add(ECollisionShape::Sphere, Index, std::make_unique<btSphereShape>(Sphere.Radius), ToBullet(FRotator(), Sphere.Center));
+			Add(ECollisionShape::Sphere, Index, std::make_unique<btSphereShape>(Sphere.Radius),
+				ToBullet(FRotator(), Sphere.Center));
 		}
 	}
 
 	void AddBox(int32 Index, const FKBoxElem& Box)
 	{
-		if (CanMake(ECollisionShape::Box, Index, IsSize(Box.X) && IsSize(Box.Y) && IsSize(Box.Z), Box.Center, Box.Rotation))
+		if (CanMake(
+				ECollisionShape::Box, Index, IsSize(Box.X) && IsSize(Box.Y) && IsSize(Box.Z), Box.Center, Box.Rotation))
 		{
 			auto Shape = std::make_unique<btBoxShape>(btVector3(0.5 * Box.X, 0.5 * Box.Y, 0.5 * Box.Z));
 			Shape->setMargin(0);
@@ -147,8 +152,8 @@ struct FCookedCollision::FShapes
 
 	void AddTaperedCapsule(int32 Index, const FKTaperedCapsuleElem& Capsule)
 	{
-		const bool bSizes =
-			IsSize(Capsule.Radius0) && IsSize(Capsule.Radius1) && std::isfinite(Capsule.Length) && Capsule.Length >= 0.f;
+		const bool bSizes = IsSize(Capsule.Radius0) && IsSize(Capsule.Radius1) && std::isfinite(Capsule.Length) &&
+							Capsule.Length >= 0.f;
 		if (CanMake(ECollisionShape::TaperedCapsule, Index, bSizes, Capsule.Center, Capsule.Rotation))
 		{
 			// The hull of its two end balls is the tapered capsule itself.
@@ -198,7 +203,8 @@ struct FCookedCollision::FShapes
 };
 
 FCookedCollision::FCookedCollision(const FKAggregateGeom& InGeometry)
-	: Geometry(InGeometry), Shapes(std::make_unique<FShapes>(Problems))
+	: Geometry(InGeometry)
+	, Shapes(std::make_unique<FShapes>(Problems))
 {
 	const auto AddAll = [this](const auto& Elements, auto Add)
 	{
@@ -236,8 +242,8 @@ bool FCookedCollision::RayCast(const FVector& Start, const FVector& End, FCollis
 		if (Result.hasHit() && (!bHit || Result.m_closestHitFraction < Best.Fraction))
 		{
 			bHit = true;
-			Best = {Result.m_closestHitFraction, FromBullet(Result.m_hitPointWorld), FromBullet(Result.m_hitNormalWorld).GetSafeNormal(),
-				Entry.Kind, Entry.ElementIndex};
+			Best = {Result.m_closestHitFraction, FromBullet(Result.m_hitPointWorld),
+				FromBullet(Result.m_hitNormalWorld).GetSafeNormal(), Entry.Kind, Entry.ElementIndex};
 		}
 	}
 	if (bHit)

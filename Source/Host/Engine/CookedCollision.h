@@ -32,8 +32,8 @@ struct FCollisionHit
 
 /// The shapes that physics and picking work with, made from simple collision. Never changes.
 ///
-/// Level sets and skinned elements are not cooked. An element that cannot be a shape (a size that is zero, negative or not finite, a hull of
-/// fewer than four points, or of points in one plane) is left out, and named in `GetProblems`.
+/// Level sets and skinned elements are not cooked. An element that cannot be a shape (a size that is zero, negative or
+/// not finite, a hull of fewer than four points, or of points in one plane) is left out, and named in `GetProblems`.
 class FCookedCollision
 {
 public:
@@ -42,7 +42,8 @@ public:
 	FCookedCollision(const FCookedCollision&) = delete;
 	FCookedCollision& operator=(const FCookedCollision&) = delete;
 
-	/// The nearest hit of the ray from `Start` to `End`, if there is one. A ray that starts inside a shape does not hit that shape.
+	/// The nearest hit of the ray from `Start` to `End`, if there is one. A ray that starts inside a shape does not hit
+	/// that shape.
 	bool RayCast(const FVector& Start, const FVector& End, FCollisionHit& OutHit) const;
 
 	int32 GetNumShapes() const;

@@ -23,8 +23,8 @@ enum class ETeleportType : uint8
 
 /// A component with a place: a transform relative to the component that it is attached to, or to the world.
 ///
-/// The relative transform (quaternion, never rotator) is the state. The world transform is a cache of relative · parent's world,
-/// brought up to date whenever the component or an ancestor moves.
+/// The relative transform (quaternion, never rotator) is the state. The world transform is a cache of relative ·
+/// parent's world, brought up to date whenever the component or an ancestor moves.
 class USceneComponent : public UActorComponent
 {
 	DECLARE_CLASS(USceneComponent, UActorComponent)
@@ -37,9 +37,9 @@ public:
 	/// Moves the component, and with it everything attached. The caller records it for undo.
 	void SetRelativeTransform(const FTransform& NewTransform);
 
-	/// Stores the relative transform that puts the component at `NewTransform` in the world, and derives the world transform from it
-	/// again. Under a parent with rotation and uneven scale the two may differ: such a product can have shear.
-	/// There is no sweep in this host, so `OutHit` is left alone.
+	/// Stores the relative transform that puts the component at `NewTransform` in the world, and derives the world
+	/// transform from it again. Under a parent with rotation and uneven scale the two may differ: such a product can
+	/// have shear. There is no sweep in this host, so `OutHit` is left alone.
 	void SetWorldTransform(const FTransform& NewTransform, bool bSweep = false, FHitResult* OutHit = nullptr,
 		ETeleportType Teleport = ETeleportType::None);
 
@@ -52,8 +52,8 @@ public:
 	/// True when `Other` is above this component in the attachment tree.
 	bool IsAttachedTo(const USceneComponent* Other) const;
 
-	/// Attaches the component, recording both ends (and the end that it leaves). Returns false, changing nothing, when the parent is
-	/// null, the component itself, or below it.
+	/// Attaches the component, recording both ends (and the end that it leaves). Returns false, changing nothing, when
+	/// the parent is null, the component itself, or below it.
 	bool AttachToComponent(USceneComponent* Parent, EAttachmentRule Rule = EAttachmentRule::KeepRelative);
 
 	/// Detaches the component from its parent, recording both ends. Does nothing without a parent.

@@ -14,7 +14,11 @@ double SteadySeconds()
 
 FFeedbackContext* const GWarn = new FFeedbackContext();
 
-FFeedbackContext::FFeedbackContext() : Clock(&SteadySeconds), IsPlaying([]() { return false; }) {}
+FFeedbackContext::FFeedbackContext()
+	: Clock(&SteadySeconds)
+	, IsPlaying([]() { return false; })
+{
+}
 
 void FFeedbackContext::Tick()
 {
@@ -27,7 +31,10 @@ void FFeedbackContext::Tick()
 }
 
 FSlowTask::FSlowTask(float InAmountOfWork, const FText& InMessage, bool bInEnabled, FFeedbackContext& InContext)
-	: Context(InContext), Message(InMessage), AmountOfWork(InAmountOfWork), bEnabled(bInEnabled)
+	: Context(InContext)
+	, Message(InMessage)
+	, AmountOfWork(InAmountOfWork)
+	, bEnabled(bInEnabled)
 {
 }
 

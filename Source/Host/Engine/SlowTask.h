@@ -26,7 +26,8 @@ class FFeedbackContext
 public:
 	FFeedbackContext();
 
-	/// Shows the tasks whose delay is over, and brings those that are shown up to date. Long work calls it now and then.
+	/// Shows the tasks whose delay is over, and brings those that are shown up to date. Long work calls it now and
+	/// then.
 	void Tick();
 
 	/// The running tasks, outermost first.
@@ -54,13 +55,14 @@ private:
 /// The feedback context of the process.
 extern FFeedbackContext* const GWarn;
 
-/// Work that may take a while, cut into frames of progress. Tasks nest: an inner one fills the current frame of the outer one.
-/// While one is open no object is collected.
+/// Work that may take a while, cut into frames of progress. Tasks nest: an inner one fills the current frame of the
+/// outer one. While one is open no object is collected.
 class FSlowTask
 {
 public:
 	/// `AmountOfWork` is in the caller's own units. A task that is not enabled does nothing.
-	FSlowTask(float InAmountOfWork, const FText& InMessage, bool bInEnabled = true, FFeedbackContext& InContext = *GWarn);
+	FSlowTask(
+		float InAmountOfWork, const FText& InMessage, bool bInEnabled = true, FFeedbackContext& InContext = *GWarn);
 	~FSlowTask();
 	FSlowTask(const FSlowTask&) = delete;
 	FSlowTask& operator=(const FSlowTask&) = delete;

@@ -23,8 +23,8 @@ struct FCommitMeshDescriptionParams
 
 /// One source of geometry of a mesh: a level of detail, or the HiRes source.
 ///
-/// The bulk data are the state: immutable, shared with undo records and copies. The description is a cache that is decoded from
-/// them on demand, edited, and committed back.
+/// The bulk data are the state: immutable, shared with undo records and copies. The description is a cache that is
+/// decoded from them on demand, edited, and committed back.
 class FStaticMeshSourceModel
 {
 public:
@@ -39,12 +39,12 @@ public:
 	/// True when there are bulk data that hold something.
 	bool IsValid() const { return BulkData.IsValid() && !BulkData->IsEmpty(); }
 
-	/// The editable description, decoded if need be; null when there is none or when decoding fails. Stays valid until it is
-	/// committed, or dropped by an undo.
+	/// The editable description, decoded if need be; null when there is none or when decoding fails. Stays valid until
+	/// it is committed, or dropped by an undo.
 	FMeshDescription* Edit();
 
-	/// The description for reading: an uncommitted edit if there is one, else what the bulk data hold, without copying it if
-	/// it is in memory. Null as above.
+	/// The description for reading: an uncommitted edit if there is one, else what the bulk data hold, without copying
+	/// it if it is in memory. Null as above.
 	const FMeshDescription* Read() const;
 
 	/// Makes the edited description the new bulk data, without copying it. Does nothing when nothing was being edited.
@@ -75,8 +75,8 @@ enum class EStaticMeshAsyncProperties : uint8
 	BodySetup,
 };
 
-/// A static mesh asset: source geometry for each level of detail and, it may be, a HiRes source; materials, sockets and simple
-/// collision; and what is derived from them for drawing.
+/// A static mesh asset: source geometry for each level of detail and, it may be, a HiRes source; materials, sockets and
+/// simple collision; and what is derived from them for drawing.
 class UStaticMesh : public UObject
 {
 	DECLARE_CLASS(UStaticMesh, UObject)
@@ -97,7 +97,8 @@ public:
 	bool ModifyMeshDescription(int32 Lod, bool bAlwaysMarkDirty = true);
 	bool ModifyHiResMeshDescription(bool bAlwaysMarkDirty = true);
 
-	/// The level's editable description, or null when it has none or its source cannot be decoded. Valid until committed.
+	/// The level's editable description, or null when it has none or its source cannot be decoded. Valid until
+	/// committed.
 	FMeshDescription* GetMeshDescription(int32 Lod);
 	const FMeshDescription* GetMeshDescription(int32 Lod) const;
 	FMeshDescription* GetHiResMeshDescription() { return HiResSourceModel.Edit(); }
@@ -111,8 +112,8 @@ public:
 	void SetMeshDescription(int32 Lod, FMeshDescription&& Description);
 	void SetHiResMeshDescription(FMeshDescription&& Description);
 
-	/// Makes bounds from the source, cooks the collision, and drops render data, which is made again level by level on first use.
-	/// A level that cannot be decoded adds a line to `OutErrors` and is left out.
+	/// Makes bounds from the source, cooks the collision, and drops render data, which is made again level by level on
+	/// first use. A level that cannot be decoded adds a line to `OutErrors` and is left out.
 	void Build(bool bSilent = true, TArray<FText>* OutErrors = nullptr);
 
 	/// How many builds there were.
@@ -121,7 +122,8 @@ public:
 	/// True when the derived data are those of the present source.
 	bool IsBuilt() const;
 
-	/// The box of level 0 (of the HiRes source when there are no levels) in local space, fresh. Not valid for an empty mesh.
+	/// The box of level 0 (of the HiRes source when there are no levels) in local space, fresh. Not valid for an empty
+	/// mesh.
 	const FBox& GetBoundingBox();
 
 	/// What is drawn for the level, fresh; made on first use. Null when the level has no geometry.

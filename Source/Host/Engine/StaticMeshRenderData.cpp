@@ -22,8 +22,7 @@ FStaticMeshLodRenderData BuildLodRenderData(const FMeshDescription& Description)
 	std::unordered_map<int32, uint32> EntryOfInstance;
 	const auto AddCorner = [&](FVertexInstanceID Instance, const FVector3f& FlatNormal)
 	{
-		const FVector3f Normal =
-			bHasNormals ? Description.GetVertexInstanceNormal(Instance) : FVector3f(0.f, 0.f, 0.f);
+		const FVector3f Normal = bHasNormals ? Description.GetVertexInstanceNormal(Instance) : FVector3f(0.f, 0.f, 0.f);
 		const bool bOwnNormal = IsUsableNormal(Normal);
 		const auto Known = EntryOfInstance.find(Instance.GetValue());
 		if (bOwnNormal && Known != EntryOfInstance.end())

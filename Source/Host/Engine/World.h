@@ -46,7 +46,8 @@ public:
 	/// Copies an actor with its components. What the original is attached to, the copy is attached to as well.
 	AActor* DuplicateActor(AActor* Actor);
 
-	/// Destroys an actor and its components. What was attached to them keeps its world place. Undoable inside a transaction.
+	/// Destroys an actor and its components. What was attached to them keeps its world place. Undoable inside a
+	/// transaction.
 	void DestroyActor(AActor* Actor);
 
 	/// Told of every actor of any world that was spawned, destroyed or brought back.

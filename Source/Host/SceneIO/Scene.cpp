@@ -139,7 +139,8 @@ FSceneStatus FScene::MakeAssets()
 		{
 			const FGltfIndex Material = Document.Mesh(Mesh).Primitives[Primitive].Material;
 			const FString Slot = FString::Printf(TEXT("primitive %d"), int32(Primitive));
-			const std::string MaterialName = Material == NoIndex ? "" : Document.Model().Materials[std::size_t(Material)].Name;
+			const std::string MaterialName =
+				Material == NoIndex ? "" : Document.Model().Materials[std::size_t(Material)].Name;
 			Asset->StaticMaterials.Add({FName(Slot), FName(FString::FromUtf8(MaterialName))});
 		}
 	}
@@ -175,7 +176,8 @@ FSceneStatus FScene::MakeActors()
 		AActor* const Actor = World->SpawnActor<AActor>();
 		Actor->SetActorLabel(NodeName(FGltfIndex(Index)));
 		Entry.Actor = Actor;
-		Entry.Component = CastChecked<USceneComponent>(Actor->AddComponentOfClass(ComponentClass(Node), NAME_None, *Method));
+		Entry.Component =
+			CastChecked<USceneComponent>(Actor->AddComponentOfClass(ComponentClass(Node), NAME_None, *Method));
 		if (UStaticMeshComponent* const MeshComponent = Cast<UStaticMeshComponent>(Entry.Component.Get()))
 		{
 			MeshComponent->SetStaticMesh(MeshAssets[std::size_t(Node.Mesh)]);
@@ -323,15 +325,16 @@ void FScene::MakeLevels()
 	{
 		const FGltfNode& Shown = Source->Node(Owner);
 		return !Disputed.contains(Shown.Mesh) &&
-			std::ranges::all_of(Shown.Extensions->LodNodes,
-				[&](FGltfIndex Level)
-				{
-					const FGltfNode& LevelNode = Source->Node(Level);
-					const std::size_t At = std::size_t(Level);
-					return LevelUses[At] == 1 && !bPlaced[At] && LevelNode.Mesh != NoIndex && LevelNode.Children.empty() &&
-						ShownBy[std::size_t(LevelNode.Mesh)] == 0 && LevelNode.Mesh != Shown.Mesh &&
-						RelativeDifference(Node(Level).TrueLocal, Node(Owner).TrueLocal) == 0.0;
-				});
+			   std::ranges::all_of(Shown.Extensions->LodNodes,
+				   [&](FGltfIndex Level)
+				   {
+					   const FGltfNode& LevelNode = Source->Node(Level);
+					   const std::size_t At = std::size_t(Level);
+					   return LevelUses[At] == 1 && !bPlaced[At] && LevelNode.Mesh != NoIndex &&
+							  LevelNode.Children.empty() && ShownBy[std::size_t(LevelNode.Mesh)] == 0 &&
+							  LevelNode.Mesh != Shown.Mesh &&
+							  RelativeDifference(Node(Level).TrueLocal, Node(Owner).TrueLocal) == 0.0;
+				   });
 	};
 	// The list is taken in where every node that shows the mesh can take it in: then the levels have no other user.
 	std::set<FGltfIndex> Refused;
@@ -347,7 +350,8 @@ void FScene::MakeLevels()
 	for (FGltfIndex Index = 0; Index < NumNodes(); ++Index)
 	{
 		const FGltfNode& Shown = Source->Node(Index);
-		if (Shown.Mesh != NoIndex && Shown.Extensions && !Shown.Extensions->LodNodes.empty() && !Refused.contains(Shown.Mesh))
+		if (Shown.Mesh != NoIndex && Shown.Extensions && !Shown.Extensions->LodNodes.empty() &&
+			!Refused.contains(Shown.Mesh))
 		{
 			TakeInLevels(Index);
 		}
@@ -376,7 +380,8 @@ void FScene::TakeInLevels(FGltfIndex Owner)
 	}
 }
 
-TSceneResult<std::vector<FTransform>> ReadSceneInstances(const std::shared_ptr<const FGltfDocument>& Document, FGltfIndex Index)
+TSceneResult<std::vector<FTransform>> ReadSceneInstances(
+	const std::shared_ptr<const FGltfDocument>& Document, FGltfIndex Index)
 {
 	std::vector<FTransform> Instances;
 	const FGltfNode& Instanced = Document->Node(Index);

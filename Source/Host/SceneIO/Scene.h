@@ -21,19 +21,21 @@ struct FSceneNode
 	FTransform LoadedRelative;             ///< as it was read, so that a save knows what changed
 	FMatrix TrueLocal;                     ///< what a viewer computes, in the host's space and units
 	FMatrix TrueWorld;
-	double LocalShear = 0.0;               ///< of a node that is given by a matrix
-	bool bUnitRotation = true;             ///< false for a rotation that is no unit quaternion
-	TArray<FGltfIndex> LodNodes;           ///< the lower levels, where the node's asset has taken them in
-	FGltfIndex LevelOf = NoIndex;          ///< the node whose asset has taken this node's mesh in as a level
+	double LocalShear = 0.0;      ///< of a node that is given by a matrix
+	bool bUnitRotation = true;    ///< false for a rotation that is no unit quaternion
+	TArray<FGltfIndex> LodNodes;  ///< the lower levels, where the node's asset has taken them in
+	FGltfIndex LevelOf = NoIndex; ///< the node whose asset has taken this node's mesh in as a level
 };
 
 /// A scene file in a world: an actor for each node, of all scenes and of none, and an asset for each mesh.
 ///
-/// The file's geometry stays in the file until it is asked for. The scene keeps the document; the world and the packages keep the rest.
+/// The file's geometry stays in the file until it is asked for. The scene keeps the document; the world and the
+/// packages keep the rest.
 class FScene
 {
 public:
-	/// Reads the file into `World`. Fails with a sentence that names the file, the place in it and what is wrong; then nothing was made.
+	/// Reads the file into `World`. Fails with a sentence that names the file, the place in it and what is wrong; then
+	/// nothing was made.
 	static TSceneResult<std::unique_ptr<FScene>> Load(const std::string& Path, UWorld* World);
 
 	/// Destroys the scene's actors and all assets below its folder, so that they can be collected.
@@ -53,7 +55,8 @@ public:
 	/// The node whose actor this is; NoIndex for an actor that the file did not make.
 	FGltfIndex NodeOf(const AActor* Actor) const;
 
-	/// The asset that was made of a mesh of the file; null for meshes that only serve other assets as levels or HiRes sources.
+	/// The asset that was made of a mesh of the file; null for meshes that only serve other assets as levels or HiRes
+	/// sources.
 	UStaticMesh* MeshAsset(FGltfIndex Mesh) const { return MeshAssets[std::size_t(Mesh)]; }
 
 	/// The meshes of the file that became the asset's levels, finest first, and its HiRes source (NoIndex for none).
@@ -93,4 +96,5 @@ private:
 };
 
 /// The instances of a node in its space, as the host sees it; empty for a node that is not instanced. Reads the file.
-TSceneResult<std::vector<FTransform>> ReadSceneInstances(const std::shared_ptr<const FGltfDocument>& Document, FGltfIndex Node);
+TSceneResult<std::vector<FTransform>> ReadSceneInstances(
+	const std::shared_ptr<const FGltfDocument>& Document, FGltfIndex Node);

@@ -17,7 +17,8 @@ namespace
 class FPicture
 {
 public:
-	explicit FPicture(std::shared_ptr<const FGltfDocument> InDocument) : Document(std::move(InDocument))
+	explicit FPicture(std::shared_ptr<const FGltfDocument> InDocument)
+		: Document(std::move(InDocument))
 	{
 		Worlds.resize(Document->Model().Nodes.size());
 		std::vector<FGltfIndex> Pending;
@@ -91,8 +92,8 @@ private:
 		{
 			return SceneSpace::MatrixToHost(Node.Matrix);
 		}
-		return FTransform(SceneSpace::RotationToHost(Node.Rotation).GetNormalized(), SceneSpace::PointToHost(Node.Translation),
-			SceneSpace::ScaleToHost(Node.Scale))
+		return FTransform(SceneSpace::RotationToHost(Node.Rotation).GetNormalized(),
+			SceneSpace::PointToHost(Node.Translation), SceneSpace::ScaleToHost(Node.Scale))
 			.ToMatrixWithScale();
 	}
 
@@ -101,7 +102,8 @@ private:
 	std::map<FGltfIndex, TSharedPtr<FMeshDescription>> Decoded;
 };
 
-/// A normal as it stands in the world: by the inverse transpose, on the side on which the mirrored triangle shows its face.
+/// A normal as it stands in the world: by the inverse transpose, on the side on which the mirrored triangle shows its
+/// face.
 FVector WorldNormal(const FVector3f& Normal, const FMatrix& InverseTransposed)
 {
 	return InverseTransposed.TransformVector(FVector(Normal)).GetSafeNormal();
@@ -126,7 +128,8 @@ FFace MakeFace(const FMeshDescription& Mesh, const FTriangleCorners& Corners, co
 	FVector P[3];
 	for (std::size_t Corner = 0; Corner < 3; ++Corner)
 	{
-		P[Corner] = World.TransformPosition(FVector(Mesh.GetVertexPositions()[std::size_t(Corners[Corner].GetValue())]));
+		P[Corner] =
+			World.TransformPosition(FVector(Mesh.GetVertexPositions()[std::size_t(Corners[Corner].GetValue())]));
 	}
 	const FVector Cross = (P[1] - P[0]) ^ (P[2] - P[0]);
 	// A mirroring matrix turns triangles over.
@@ -149,8 +152,12 @@ double LargestMeasure(const FBox& Box)
 class FCopyComparison
 {
 public:
-	FCopyComparison(const FMeshDescription& InA, const FMeshDescription& InB, const FMatrix& InWorldA, const FMatrix& InWorldB)
-		: A(InA), B(InB), WorldA(InWorldA), WorldB(InWorldB)
+	FCopyComparison(
+		const FMeshDescription& InA, const FMeshDescription& InB, const FMatrix& InWorldA, const FMatrix& InWorldB)
+		: A(InA)
+		, B(InB)
+		, WorldA(InWorldA)
+		, WorldB(InWorldB)
 	{
 	}
 
@@ -185,8 +192,9 @@ private:
 	{
 		FMatrix InverseA;
 		FMatrix InverseB;
-		if (!A.HasAttributes(EVertexInstanceAttributes::Normals) || !B.HasAttributes(EVertexInstanceAttributes::Normals) ||
-			!WorldA.TryInverse(InverseA) || !WorldB.TryInverse(InverseB))
+		if (!A.HasAttributes(EVertexInstanceAttributes::Normals) ||
+			!B.HasAttributes(EVertexInstanceAttributes::Normals) || !WorldA.TryInverse(InverseA) ||
+			!WorldB.TryInverse(InverseB))
 		{
 			return;
 		}
@@ -247,7 +255,8 @@ FSceneStatus CompareNode(FPicture& A, FPicture& B, FNodeDeviation& Node, double&
 	const FGltfIndex MeshB = B.Scene().Node(Node.Node).Mesh;
 	if (MeshA == NoIndex || MeshB == NoIndex)
 	{
-		Node.Difference = MeshA == NoIndex ? "has a mesh in the second scene only" : "has a mesh in the first scene only";
+		Node.Difference =
+			MeshA == NoIndex ? "has a mesh in the second scene only" : "has a mesh in the first scene only";
 		return {};
 	}
 	TSceneResult<TSharedPtr<FMeshDescription>> GeometryA = A.Geometry(MeshA);

@@ -12,11 +12,12 @@ struct FNodeDeviation
 {
 	FGltfIndex Node = NoIndex;
 	std::string Name;
-	double Position = 0.0;      ///< the largest distance between corresponding vertices
-	double Normal = 0.0;        ///< the largest angle between corresponding normals, in radians
+	double Position = 0.0;        ///< the largest distance between corresponding vertices
+	double Normal = 0.0;          ///< the largest angle between corresponding normals, in radians
 	std::uint64_t NumFlipped = 0; ///< triangles that show their other side
 	bool bUnreadable = false;     ///< neither scene's geometry can be decoded: there is no picture to compare
-	std::string Difference;       ///< what cannot be compared: "has 24 vertices in the one scene and 36 in the other"; else empty
+	std::string
+		Difference; ///< what cannot be compared: "has 24 vertices in the one scene and 36 in the other"; else empty
 };
 
 /// How far the picture of one scene is from that of another.
@@ -26,9 +27,9 @@ struct FSceneDeviation
 	double Position = 0.0;             ///< the largest of all nodes
 	double Normal = 0.0;
 	std::uint64_t NumFlipped = 0;
-	double Size = 0.0;                 ///< the largest world coordinate or extent in the first scene
-	std::uint64_t NumDifferent = 0;    ///< nodes that cannot be compared
-	std::uint64_t NumUnreadable = 0;   ///< nodes that no viewer can show, in neither scene
+	double Size = 0.0;               ///< the largest world coordinate or extent in the first scene
+	std::uint64_t NumDifferent = 0;  ///< nodes that cannot be compared
+	std::uint64_t NumUnreadable = 0; ///< nodes that no viewer can show, in neither scene
 
 	/// The largest deviation of a position as a share of the scene's size.
 	double RelativePosition() const { return Position == 0.0 ? 0.0 : Position / Size; }
@@ -39,11 +40,16 @@ struct FSceneDeviation
 	/// Sums the nodes up; the scene's size stays.
 	void SumUp();
 
-	/// True when nothing that can be seen differs: positions within `Tolerance` of the size, no flipped triangle, all nodes comparable.
-	bool IsSame(double Tolerance) const { return NumDifferent == 0 && NumFlipped == 0 && !(RelativePosition() > Tolerance); }
+	/// True when nothing that can be seen differs: positions within `Tolerance` of the size, no flipped triangle, all
+	/// nodes comparable.
+	bool IsSame(double Tolerance) const
+	{
+		return NumDifferent == 0 && NumFlipped == 0 && !(RelativePosition() > Tolerance);
+	}
 };
 
-/// Compares the pictures node by node, by the nodes' indices: what viewers compute, from the nodes' own matrices, of every vertex that is drawn,
-/// instances included. Morph targets, skins and animations are left out. Fails when geometry can be decoded in one scene only.
+/// Compares the pictures node by node, by the nodes' indices: what viewers compute, from the nodes' own matrices, of
+/// every vertex that is drawn, instances included. Morph targets, skins and animations are left out. Fails when
+/// geometry can be decoded in one scene only.
 TSceneResult<FSceneDeviation> CompareScenes(
 	const std::shared_ptr<const FGltfDocument>& A, const std::shared_ptr<const FGltfDocument>& B);

@@ -16,7 +16,11 @@ namespace
 class FExtensionReader
 {
 public:
-	explicit FExtensionReader(const FGltfDocument& InDocument) : Document(InDocument), Json(InDocument.Json()) {}
+	explicit FExtensionReader(const FGltfDocument& InDocument)
+		: Document(InDocument)
+		, Json(InDocument.Json())
+	{
+	}
 
 	bool Fail(FJsonIndex At, const std::string& Why)
 	{
@@ -58,7 +62,8 @@ public:
 		const std::optional<double> Number = Value == NoJson ? std::nullopt : Json.Number(Value);
 		if (!Number || *Number < 0.0)
 		{
-			return Fail(Value == NoJson ? Object : Value, "must have \"" + std::string(Key) + "\", a number that is not negative");
+			return Fail(Value == NoJson ? Object : Value,
+				"must have \"" + std::string(Key) + "\", a number that is not negative");
 		}
 		Out = static_cast<float>(*Number * SceneSpace::UnitsPerMetre);
 		return true;
@@ -70,7 +75,8 @@ public:
 		std::array<double, 3> Translation = {0, 0, 0};
 		std::array<double, 4> Rotation = {0, 0, 0, 1};
 		std::array<double, 3> Scale = {1, 1, 1};
-		if (!Numbers(Object, "translation", Translation) || !Numbers(Object, "rotation", Rotation) || !Numbers(Object, "scale", Scale))
+		if (!Numbers(Object, "translation", Translation) || !Numbers(Object, "rotation", Rotation) ||
+			!Numbers(Object, "scale", Scale))
 		{
 			return false;
 		}
@@ -154,7 +160,8 @@ bool ReadConvex(FExtensionReader& Reader, FJsonIndex Object, FKConvexElem& Conve
 	for (const FJsonIndex Element : Reader.Json.Elements(Points))
 	{
 		std::size_t Axis = 0;
-		for (const FJsonIndex Number : Reader.Json.IsArray(Element) ? Reader.Json.Elements(Element) : std::vector<FJsonIndex>())
+		for (const FJsonIndex Number :
+			Reader.Json.IsArray(Element) ? Reader.Json.Elements(Element) : std::vector<FJsonIndex>())
 		{
 			const std::optional<double> Value = Reader.Json.Number(Number);
 			if (!Value || Axis > 2)
@@ -204,20 +211,22 @@ bool ReadShape(FExtensionReader& Reader, FJsonIndex Object, FKAggregateGeom& Geo
 	{
 		FKSphylElem Capsule{Center, Rotation, 0.f, 0.f};
 		return Reader.Size(Object, "radius", Capsule.Radius) && Reader.Size(Object, "length", Capsule.Length) &&
-			(Geometry.SphylElems.Add(Capsule), true);
+			   (Geometry.SphylElems.Add(Capsule), true);
 	}
 	if (Kind == "taperedCapsule")
 	{
 		FKTaperedCapsuleElem Capsule{Center, Rotation, 0.f, 0.f, 0.f};
-		return Reader.Size(Object, "radiusTop", Capsule.Radius0) && Reader.Size(Object, "radiusBottom", Capsule.Radius1) &&
-			Reader.Size(Object, "length", Capsule.Length) && (Geometry.TaperedCapsuleElems.Add(Capsule), true);
+		return Reader.Size(Object, "radiusTop", Capsule.Radius0) &&
+			   Reader.Size(Object, "radiusBottom", Capsule.Radius1) && Reader.Size(Object, "length", Capsule.Length) &&
+			   (Geometry.TaperedCapsuleElems.Add(Capsule), true);
 	}
 	if (Kind == "convex")
 	{
 		FKConvexElem Convex;
 		return ReadConvex(Reader, Object, Convex) && (Geometry.ConvexElems.Add(Convex), true);
 	}
-	return Reader.Fail(Type == NoJson ? Object : Type, "must have a \"type\": sphere, box, capsule, taperedCapsule or convex");
+	return Reader.Fail(
+		Type == NoJson ? Object : Type, "must have a \"type\": sphere, box, capsule, taperedCapsule or convex");
 }
 } // namespace
 
@@ -249,14 +258,16 @@ FSceneStatus SceneExtensions::ReadStaticMesh(const FGltfDocument& Document, FGlt
 	{
 		return Document.Error(Object, "is not an object");
 	}
-	const bool bRead = Reader.ForEach(Object, "sockets", [&](FJsonIndex Socket) { return ReadSocket(Reader, Socket, Asset); }) &&
+	const bool bRead =
+		Reader.ForEach(Object, "sockets", [&](FJsonIndex Socket) { return ReadSocket(Reader, Socket, Asset); }) &&
 		(Document.Json().Find(Object, "collision") == NoJson ||
 			Reader.ForEach(Object, "collision",
 				[&](FJsonIndex Shape) { return ReadShape(Reader, Shape, Asset.CreateBodySetup()->AggGeom); }));
 	return bRead ? FSceneStatus() : FSceneStatus(*Reader.Error);
 }
 
-TSceneResult<EComponentCreationMethod> SceneExtensions::ReadCreationMethod(const FGltfDocument& Document, FGltfIndex Node)
+TSceneResult<EComponentCreationMethod> SceneExtensions::ReadCreationMethod(
+	const FGltfDocument& Document, FGltfIndex Node)
 {
 	const FJsonIndex Object = ExtensionOf(Document, Document.Node(Node).Json, Component);
 	const FJsonIndex Value = Object == NoJson ? NoJson : Document.Json().Find(Object, "creationMethod");
@@ -326,20 +337,20 @@ std::string CollisionList(const FKAggregateGeom& Geometry)
 	for (const FKBoxElem& Box : Geometry.BoxElems)
 	{
 		const FVector Sides = FVector(Box.X, Box.Y, Box.Z) / SceneSpace::UnitsPerMetre;
-		AppendTo(List, ShapeObject("box", Box.Rotation, Box.Center, Member("size", JsonWrite::Array(SceneSpace::ScaleToFile(Sides)))));
+		AppendTo(List, ShapeObject("box", Box.Rotation, Box.Center,
+						   Member("size", JsonWrite::Array(SceneSpace::ScaleToFile(Sides)))));
 	}
 	for (const FKSphylElem& Capsule : Geometry.SphylElems)
 	{
-		AppendTo(List,
-			ShapeObject("capsule", Capsule.Rotation, Capsule.Center,
-				Member("radius", Metres(Capsule.Radius)) + Member("length", Metres(Capsule.Length))));
+		AppendTo(List, ShapeObject("capsule", Capsule.Rotation, Capsule.Center,
+						   Member("radius", Metres(Capsule.Radius)) + Member("length", Metres(Capsule.Length))));
 	}
 	for (const FKTaperedCapsuleElem& Capsule : Geometry.TaperedCapsuleElems)
 	{
-		AppendTo(List,
-			ShapeObject("taperedCapsule", Capsule.Rotation, Capsule.Center,
-				Member("radiusTop", Metres(Capsule.Radius0)) + Member("radiusBottom", Metres(Capsule.Radius1)) +
-					Member("length", Metres(Capsule.Length))));
+		AppendTo(
+			List, ShapeObject("taperedCapsule", Capsule.Rotation, Capsule.Center,
+					  Member("radiusTop", Metres(Capsule.Radius0)) + Member("radiusBottom", Metres(Capsule.Radius1)) +
+						  Member("length", Metres(Capsule.Length))));
 	}
 	for (const FKConvexElem& Convex : Geometry.ConvexElems)
 	{
@@ -348,7 +359,8 @@ std::string CollisionList(const FKAggregateGeom& Geometry)
 		{
 			AppendTo(Points, JsonWrite::Array(SceneSpace::PointToFile(Point)));
 		}
-		AppendTo(List, "{\"type\":\"convex\"" + PlacementMembers(Convex.GetTransform()) + Member("points", "[" + Points + "]") + "}");
+		AppendTo(List, "{\"type\":\"convex\"" + PlacementMembers(Convex.GetTransform()) +
+						   Member("points", "[" + Points + "]") + "}");
 	}
 	return "[" + List + "]";
 }
@@ -361,8 +373,8 @@ std::string SocketList(const UStaticMesh& Asset)
 		if (Socket)
 		{
 			const FTransform Place(Socket->RelativeRotation, Socket->RelativeLocation, Socket->RelativeScale);
-			AppendTo(List,
-				"{\"name\":" + JsonWrite::String(Socket->SocketName.ToString().ToUtf8()) + PlacementMembers(Place) + "}");
+			AppendTo(List, "{\"name\":" + JsonWrite::String(Socket->SocketName.ToString().ToUtf8()) +
+							   PlacementMembers(Place) + "}");
 		}
 	}
 	return "[" + List + "]";

@@ -20,7 +20,7 @@ FGltfIndex AccessorOf(const FGltfPrimitive& Primitive, std::string_view Semantic
 bool IsSameBlock(const FSceneVertexBlock& Block, const FGltfPrimitive& Primitive)
 {
 	return Block.Position == AccessorOf(Primitive, "POSITION") && Block.Normal == AccessorOf(Primitive, "NORMAL") &&
-		Block.Tangent == AccessorOf(Primitive, "TANGENT");
+		   Block.Tangent == AccessorOf(Primitive, "TANGENT");
 }
 } // namespace
 
@@ -32,10 +32,11 @@ FSceneMeshLayout MakeMeshLayout(const FGltfDocument& Document, FGltfIndex Mesh)
 	{
 		const FGltfPrimitive& Primitive = Primitives[Index];
 		// What comes out of a decoder is the primitive's own, whatever accessors describe it.
-		auto Block = Primitive.Draco ? Layout.Blocks.end()
-									 : std::find_if(Layout.Blocks.begin(), Layout.Blocks.end(),
-										   [&](const FSceneVertexBlock& Known)
-										   { return !Primitives[Known.Primitives[0]].Draco && IsSameBlock(Known, Primitive); });
+		auto Block = Primitive.Draco
+						 ? Layout.Blocks.end()
+						 : std::find_if(Layout.Blocks.begin(), Layout.Blocks.end(),
+							   [&](const FSceneVertexBlock& Known)
+							   { return !Primitives[Known.Primitives[0]].Draco && IsSameBlock(Known, Primitive); });
 		if (Block == Layout.Blocks.end())
 		{
 			FSceneVertexBlock New;
@@ -58,7 +59,9 @@ FSceneMeshLayout MakeMeshLayout(const FGltfDocument& Document, FGltfIndex Mesh)
 }
 
 FSceneMeshData::FSceneMeshData(std::shared_ptr<const FGltfDocument> InDocument, FGltfIndex InMesh)
-	: Document(std::move(InDocument)), Mesh(InMesh), Layout(MakeMeshLayout(*Document, InMesh))
+	: Document(std::move(InDocument))
+	, Mesh(InMesh)
+	, Layout(MakeMeshLayout(*Document, InMesh))
 {
 }
 
@@ -103,7 +106,8 @@ void FillBlock(const FPrimitiveData& Data, const FSceneVertexBlock& Block, FMesh
 	{
 		const std::span<FVector3f> Out = Description.GetNormals();
 		ForEachElement<3>(Normals->Elements, Count,
-			[&](std::size_t Index, const float* N) { Out[First + Index] = SceneSpace::DirectionToHost(N[0], N[1], N[2]); });
+			[&](std::size_t Index, const float* N)
+			{ Out[First + Index] = SceneSpace::DirectionToHost(N[0], N[1], N[2]); });
 	}
 	if (const FVertexAttribute* const Tangents = Data.Find("TANGENT"))
 	{
@@ -157,7 +161,8 @@ TSceneResult<TSharedPtr<FMeshDescription>> FSceneMeshData::TryDecode() const
 	for (std::size_t Index = 0; Index < Layout.BlockOfPrimitive.size(); ++Index)
 	{
 		const FSceneVertexBlock& Block = Layout.Blocks[Layout.BlockOfPrimitive[Index]];
-		const FPolygonGroupID Group = Description->CreatePolygonGroup(FName(FString::Printf(TEXT("primitive %d"), int32(Index))));
+		const FPolygonGroupID Group =
+			Description->CreatePolygonGroup(FName(FString::Printf(TEXT("primitive %d"), int32(Index))));
 		TSceneResult<FPrimitiveData> Data = ReadPrimitive(Document, Mesh, Index);
 		if (!Data)
 		{
@@ -165,14 +170,16 @@ TSceneResult<TSharedPtr<FMeshDescription>> FSceneMeshData::TryDecode() const
 		}
 		if (Data->VertexCount != uint32(Block.Count))
 		{
-			return Document->Error(Document->Mesh(Mesh).Primitives[Index].Json, "decodes to another number of vertices than it says");
+			return Document->Error(
+				Document->Mesh(Mesh).Primitives[Index].Json, "decodes to another number of vertices than it says");
 		}
 		if (Block.Primitives.front() == Index)
 		{
 			FillBlock(*Data, Block, *Description);
 		}
 		const std::size_t First = std::size_t(Block.FirstSlot);
-		const std::vector<std::uint32_t> Indices = Data->bIndexed ? std::move(Data->Indices) : PrimitiveTopology::Sequence(Data->VertexCount);
+		const std::vector<std::uint32_t> Indices =
+			Data->bIndexed ? std::move(Data->Indices) : PrimitiveTopology::Sequence(Data->VertexCount);
 		for (const std::uint32_t Vertex : Indices)
 		{
 			bUsed[First + Vertex] = 1;
@@ -199,7 +206,7 @@ bool IsTurnedOver(const FMeshDescription& Original, const FMeshDescription& Edit
 	for (std::size_t Index = 0; Index < Old.size(); ++Index)
 	{
 		const bool bRotated = New[Index] == FTriangleCorners{Old[Index][1], Old[Index][2], Old[Index][0]} ||
-			New[Index] == FTriangleCorners{Old[Index][2], Old[Index][0], Old[Index][1]};
+							  New[Index] == FTriangleCorners{Old[Index][2], Old[Index][0], Old[Index][1]};
 		if (New[Index] != Old[Index] && !bRotated)
 		{
 			return true;
@@ -220,17 +227,20 @@ std::span<const T> Part(std::span<const T> All, const FSceneVertexBlock& Block)
 	return All.empty() ? All : All.subspan(std::size_t(Block.FirstSlot), std::size_t(Block.Count));
 }
 
-/// The largest error that storing a value in the old component type may bring: in positions a share of the block's size, in directions
-/// an absolute one.
+/// The largest error that storing a value in the old component type may bring: in positions a share of the block's
+/// size, in directions an absolute one.
 constexpr double StorageTolerance = 1.e-7;
 constexpr double DirectionTolerance = 1.e-6;
 
-/// The block's elements as the file holds them, from a description; those of slots that the mesh does not use from `Original`.
+/// The block's elements as the file holds them, from a description; those of slots that the mesh does not use from
+/// `Original`.
 class FBlockValues
 {
 public:
 	FBlockValues(const FSceneVertexBlock& InBlock, const FMeshDescription& InOriginal, const FMeshDescription& InEdited)
-		: Block(InBlock), Original(InOriginal), Edited(InEdited)
+		: Block(InBlock)
+		, Original(InOriginal)
+		, Edited(InEdited)
 	{
 	}
 
@@ -288,7 +298,8 @@ double LargestMagnitude(const std::vector<float>& Values)
 	return Largest;
 }
 
-void SetForAll(const FSceneVertexBlock& Block, const char* Semantic, const FNewElementsPtr& Elements, FGltfMeshChange& Change)
+void SetForAll(
+	const FSceneVertexBlock& Block, const char* Semantic, const FNewElementsPtr& Elements, FGltfMeshChange& Change)
 {
 	for (const std::size_t Primitive : Block.Primitives)
 	{
@@ -297,7 +308,8 @@ void SetForAll(const FSceneVertexBlock& Block, const char* Semantic, const FNewE
 }
 } // namespace
 
-TSceneResult<FGltfMeshChange> FSceneMeshData::MakeChange(const FMeshDescription& Original, const FMeshDescription& Edited) const
+TSceneResult<FGltfMeshChange> FSceneMeshData::MakeChange(
+	const FMeshDescription& Original, const FMeshDescription& Edited) const
 {
 	FGltfMeshChange Change;
 	for (const FSceneVertexBlock& Block : Layout.Blocks)
@@ -308,19 +320,21 @@ TSceneResult<FGltfMeshChange> FSceneMeshData::MakeChange(const FMeshDescription&
 		{
 			std::vector<float> New = Values.Positions();
 			const double Tolerance = StorageTolerance * LargestMagnitude(New);
-			SetForAll(Block, "POSITION", NewElements::FromFloatsLike(Document->Accessor(Block.Position), std::move(New), Tolerance), Change);
+			SetForAll(Block, "POSITION",
+				NewElements::FromFloatsLike(Document->Accessor(Block.Position), std::move(New), Tolerance), Change);
 		}
 		if (Block.Normal != NoIndex && Differs(Original.GetNormals(), Edited.GetNormals()))
 		{
 			SetForAll(Block, "NORMAL",
-				NewElements::FromFloatsLike(Document->Accessor(Block.Normal), Values.Normals(), DirectionTolerance), Change);
+				NewElements::FromFloatsLike(Document->Accessor(Block.Normal), Values.Normals(), DirectionTolerance),
+				Change);
 		}
-		if (Block.Tangent != NoIndex &&
-			(Differs(Original.GetTangents(), Edited.GetTangents()) ||
-				Differs(Original.GetBinormalSigns(), Edited.GetBinormalSigns())))
+		if (Block.Tangent != NoIndex && (Differs(Original.GetTangents(), Edited.GetTangents()) ||
+											Differs(Original.GetBinormalSigns(), Edited.GetBinormalSigns())))
 		{
 			SetForAll(Block, "TANGENT",
-				NewElements::FromFloatsLike(Document->Accessor(Block.Tangent), Values.Tangents(), DirectionTolerance), Change);
+				NewElements::FromFloatsLike(Document->Accessor(Block.Tangent), Values.Tangents(), DirectionTolerance),
+				Change);
 		}
 	}
 	if (!IsTurnedOver(Original, Edited))
@@ -339,11 +353,13 @@ TSceneResult<FGltfMeshChange> FSceneMeshData::MakeChange(const FMeshDescription&
 		{
 			return Data.Error();
 		}
-		const std::vector<std::uint32_t> Old = Data->bIndexed ? std::move(Data->Indices) : PrimitiveTopology::Sequence(Data->VertexCount);
+		const std::vector<std::uint32_t> Old =
+			Data->bIndexed ? std::move(Data->Indices) : PrimitiveTopology::Sequence(Data->VertexCount);
 		const FGltfIndex OldAccessor = Primitives[Index].Indices;
 		const std::optional<EGltfComponent> Preferred =
 			OldAccessor == NoIndex ? std::nullopt : std::optional(Document->Accessor(OldAccessor).Component);
-		Change.Elements[{Index, ""}] = NewElements::FromIndices(PrimitiveTopology::Flipped(Primitives[Index].Mode, Old), Preferred);
+		Change.Elements[{Index, ""}] =
+			NewElements::FromIndices(PrimitiveTopology::Flipped(Primitives[Index].Mode, Old), Preferred);
 	}
 	return Change;
 }

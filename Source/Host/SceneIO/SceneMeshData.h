@@ -20,8 +20,8 @@ struct FSceneVertexBlock
 	std::vector<std::size_t> Primitives; ///< that draw them
 };
 
-/// How a mesh of the file becomes a description: one vertex, and one vertex instance of the same number, for each vertex of the file;
-/// one polygon group for each primitive; triangle lists. Known without decoding anything.
+/// How a mesh of the file becomes a description: one vertex, and one vertex instance of the same number, for each
+/// vertex of the file; one polygon group for each primitive; triangle lists. Known without decoding anything.
 struct FSceneMeshLayout
 {
 	std::vector<FSceneVertexBlock> Blocks;
@@ -50,9 +50,9 @@ public:
 	FGltfIndex GetMesh() const { return Mesh; }
 	const FSceneMeshLayout& GetLayout() const { return Layout; }
 
-	/// What the file must become for the mesh to be `Edited`, which came from this data: positions, normals and tangents, and, where the
-	/// triangles were turned over, indices. `Original` is this data's own description. Vertices that the mesh does not use keep
-	/// their values.
+	/// What the file must become for the mesh to be `Edited`, which came from this data: positions, normals and
+	/// tangents, and, where the triangles were turned over, indices. `Original` is this data's own description.
+	/// Vertices that the mesh does not use keep their values.
 	TSceneResult<FGltfMeshChange> MakeChange(const FMeshDescription& Original, const FMeshDescription& Edited) const;
 
 private:

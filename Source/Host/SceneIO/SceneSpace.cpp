@@ -105,7 +105,8 @@ FMatrixParts DecomposeMatrix(const FMatrix& Matrix)
 		const FVector Row = Matrix.GetRow(Axis);
 		const double Length = std::hypot(Row.X, Row.Y, Row.Z);
 		Lengths[Axis] = Length > 1e-30 ? Length : 0.0;
-		Axes[Axis] = Lengths[Axis] > 0.0 ? FVector(Row.X / Length, Row.Y / Length, Row.Z / Length) : FVector::ZeroVector;
+		Axes[Axis] =
+			Lengths[Axis] > 0.0 ? FVector(Row.X / Length, Row.Y / Length, Row.Z / Length) : FVector::ZeroVector;
 	}
 	FMatrixParts Parts;
 	Parts.Shear = std::max({std::abs(Axes[0] | Axes[1]), std::abs(Axes[1] | Axes[2]), std::abs(Axes[2] | Axes[0])});

@@ -9,9 +9,10 @@
 
 /// Between the two spaces that a scene lives in.
 ///
-/// A scene file is Y-up and right-handed, in metres. The host is Z-up and counts 128 units to the metre. The point (x, y, z) of the file is
-/// (-128 z, -128 x, 128 y) in the host: a proper rotation and a power of two, so that no coordinate is rounded on the way. The file's
-/// +Z side is the host's front (-X), its +X side the left (-Y), its +Y side the top (+Z).
+/// A scene file is Y-up and right-handed, in metres. The host is Z-up and counts 128 units to the metre. The point (x,
+/// y, z) of the file is
+/// (-128 z, -128 x, 128 y) in the host: a proper rotation and a power of two, so that no coordinate is rounded on the
+/// way. The file's +Z side is the host's front (-X), its +X side the left (-Y), its +Y side the top (+Z).
 namespace SceneSpace
 {
 /// Host units in one unit of the file.
@@ -54,13 +55,14 @@ std::array<double, 3> ScaleToFile(const FVector& Scale);
 /// What can be said of a linear map as rotation and scale.
 struct FMatrixParts
 {
-	FTransform Transform;  ///< the nearest that rotation, translation and scale can say
-	double Shear = 0.0;    ///< the largest cosine between two of the axes' images: 0 where the map is such a transform
+	FTransform Transform; ///< the nearest that rotation, translation and scale can say
+	double Shear = 0.0;   ///< the largest cosine between two of the axes' images: 0 where the map is such a transform
 };
 
-/// Takes a matrix apart. A mirroring one gets a negative scale along X. Images of axes shorter than 1e-30 count as zero scale.
+/// Takes a matrix apart. A mirroring one gets a negative scale along X. Images of axes shorter than 1e-30 count as zero
+/// scale.
 FMatrixParts DecomposeMatrix(const FMatrix& Matrix);
 
-/// The largest difference of entries between the two maps, as a share of the largest linear entry (linear part) or of the larger of that
-/// and the translation.
+/// The largest difference of entries between the two maps, as a share of the largest linear entry (linear part) or of
+/// the larger of that and the translation.
 double RelativeDifference(const FMatrix& A, const FMatrix& B);

@@ -54,7 +54,8 @@ FGltfIndex NodeOfPointer(std::string_view Pointer)
 }
 } // namespace
 
-FSceneJudge::FSceneJudge(const FScene& InScene) : Scene(InScene)
+FSceneJudge::FSceneJudge(const FScene& InScene)
+	: Scene(InScene)
 {
 	FindAnimated();
 	FindJoints();
@@ -82,8 +83,8 @@ void FSceneJudge::FindAnimated()
 	AnimatedAncestor.assign(Model.Nodes.size(), NoIndex);
 	for (FGltfIndex Node = 0; Node < Scene.NumNodes(); ++Node)
 	{
-		for (FGltfIndex Up = Model.Nodes[std::size_t(Node)].Parent; Up != NoIndex && AnimatedAncestor[std::size_t(Node)] == NoIndex;
-			 Up = Model.Nodes[std::size_t(Up)].Parent)
+		for (FGltfIndex Up = Model.Nodes[std::size_t(Node)].Parent;
+			 Up != NoIndex && AnimatedAncestor[std::size_t(Node)] == NoIndex; Up = Model.Nodes[std::size_t(Up)].Parent)
 		{
 			AnimatedAncestor[std::size_t(Node)] = bAnimated[std::size_t(Up)] ? Up : NoIndex;
 		}
@@ -271,7 +272,8 @@ bool CanHoldStill(const FMatrix& Parent)
 }
 } // namespace
 
-std::string FSceneJudge::ReasonOfPlace(ESceneCommand Command, FGltfIndex Index, const std::vector<FMatrix>& Worlds) const
+std::string FSceneJudge::ReasonOfPlace(
+	ESceneCommand Command, FGltfIndex Index, const std::vector<FMatrix>& Worlds) const
 {
 	const FMatrix& World = Worlds[std::size_t(Index)];
 	if (!IsFinite(World))
@@ -314,7 +316,8 @@ std::string FSceneJudge::ReasonOfPlace(ESceneCommand Command, FGltfIndex Index, 
 	return {};
 }
 
-std::string FSceneJudge::ReasonOfChild(ESceneCommand Command, FGltfIndex Child, const std::vector<FMatrix>& Worlds) const
+std::string FSceneJudge::ReasonOfChild(
+	ESceneCommand Command, FGltfIndex Child, const std::vector<FMatrix>& Worlds) const
 {
 	const std::string Name = "its child '" + Scene.NodeName(Child).ToUtf8() + "'";
 	if (bAnimated[std::size_t(Child)])
@@ -343,8 +346,8 @@ std::string FSceneJudge::ReasonOfChild(ESceneCommand Command, FGltfIndex Child, 
 	}
 	const FTransform& Held = Scene.Node(Child).Component->GetComponentTransform();
 	return RelativeDifference(Held.ToMatrixWithScale(), Worlds[std::size_t(Child)]) > ExactTolerance
-		? Name + " cannot be held in its place exactly"
-		: std::string();
+			   ? Name + " cannot be held in its place exactly"
+			   : std::string();
 }
 
 std::vector<FSceneVerdict> FSceneJudge::Judge(ESceneCommand Command, const std::vector<bool>& bWanted) const
@@ -361,7 +364,8 @@ std::vector<FSceneVerdict> FSceneJudge::Judge(ESceneCommand Command, const std::
 		}
 		Verdict.Kind = FSceneVerdict::EKind::LeftOut;
 		Verdict.Reason = StaticReason(Node);
-		if (Verdict.Reason.empty() && Command == ESceneCommand::BakeTransform && HasNothingToBake(Worlds[std::size_t(Node)]))
+		if (Verdict.Reason.empty() && Command == ESceneCommand::BakeTransform &&
+			HasNothingToBake(Worlds[std::size_t(Node)]))
 		{
 			Verdict.Kind = FSceneVerdict::EKind::NothingToBake;
 			continue;

@@ -31,8 +31,8 @@ struct FSceneVerdict
 
 /// Judges the nodes of a scene, from true matrices, as its world stands now.
 ///
-/// `IsWanted` says which nodes the user asked for. A node that is asked for, but whose children would suffer, is left out; children that are
-/// candidates themselves do not suffer.
+/// `IsWanted` says which nodes the user asked for. A node that is asked for, but whose children would suffer, is left
+/// out; children that are candidates themselves do not suffer.
 class FSceneJudge
 {
 public:

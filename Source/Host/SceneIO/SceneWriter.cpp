@@ -43,7 +43,9 @@ class FScenePatchMaker
 {
 public:
 	explicit FScenePatchMaker(const FScene& InScene)
-		: Scene(InScene), Document(*InScene.Document()), Patch(InScene.Document())
+		: Scene(InScene)
+		, Document(*InScene.Document())
+		, Patch(InScene.Document())
 	{
 	}
 
@@ -83,11 +85,11 @@ private:
 			SceneSpace::PointToFile(Loaded.GetTranslation()), std::array<double, 3>{0, 0, 0});
 		const auto Rotation = Settled(SameSide(SceneSpace::RotationToFile(Relative.GetRotation()), Loaded),
 			SceneSpace::RotationToFile(Loaded.GetRotation()), std::array<double, 4>{0, 0, 0, 1});
-		const auto Scale = Settled(SceneSpace::ScaleToFile(Relative.GetScale3D()), SceneSpace::ScaleToFile(Loaded.GetScale3D()),
-			std::array<double, 3>{1, 1, 1});
+		const auto Scale = Settled(SceneSpace::ScaleToFile(Relative.GetScale3D()),
+			SceneSpace::ScaleToFile(Loaded.GetScale3D()), std::array<double, 3>{1, 1, 1});
 		const bool bSame = IsRounding(Translation, SceneSpace::PointToFile(Loaded.GetTranslation())) &&
-			IsRounding(Rotation, SceneSpace::RotationToFile(Loaded.GetRotation())) &&
-			IsRounding(Scale, SceneSpace::ScaleToFile(Loaded.GetScale3D()));
+						   IsRounding(Rotation, SceneSpace::RotationToFile(Loaded.GetRotation())) &&
+						   IsRounding(Scale, SceneSpace::ScaleToFile(Loaded.GetScale3D()));
 		if (!bSame)
 		{
 			const FGltfNode& Own = Document.Node(Node);
@@ -115,7 +117,8 @@ private:
 
 	/// The file's own numbers where the value is theirs: reading has normalised quaternions.
 	template <std::size_t N>
-	static std::array<double, N> OwnNumbers(const std::array<double, N>& Value, const std::array<double, N>& Own, bool bHasMatrix)
+	static std::array<double, N> OwnNumbers(
+		const std::array<double, N>& Value, const std::array<double, N>& Own, bool bHasMatrix)
 	{
 		return !bHasMatrix && IsRounding(Value, Own) ? Own : Value;
 	}
@@ -219,7 +222,8 @@ private:
 		return Data->MakeChange(**Original, *Edited);
 	}
 
-	/// Adds what the project's own extension of the mesh must say: sockets and collision, and another mesh for a changed HiRes source.
+	/// Adds what the project's own extension of the mesh must say: sockets and collision, and another mesh for a
+	/// changed HiRes source.
 	FSceneStatus AddExtension(FGltfIndex Mesh, const UStaticMesh& Asset, FGltfIndex HiRes, FGltfMeshChange& Change)
 	{
 		FGltfIndex NewHiRes = NoIndex;

@@ -44,7 +44,8 @@ EExitCode RunOne(const FBakeOptions& Options)
 	}
 	else if (Report.Exit == ExitDeviation)
 	{
-		std::fprintf(stderr, "tarvin: %s: the picture has changed; see the deviation.\n", PrintableText(Report.Output).c_str());
+		std::fprintf(
+			stderr, "tarvin: %s: the picture has changed; see the deviation.\n", PrintableText(Report.Output).c_str());
 	}
 	return Report.Exit;
 }
@@ -57,8 +58,8 @@ const char* PositionWord(ETarvinPivotPosition Position)
 /// The arguments with which this program works on one of several inputs.
 std::vector<std::string> ArgumentsFor(const FBakeOptions& Options, const std::string& Input)
 {
-	static const std::map<ESharedAnswer, const char*> Answers = {{ESharedAnswer::Ask, "ask"}, {ESharedAnswer::Duplicate, "duplicate"},
-		{ESharedAnswer::InPlace, "in-place"}, {ESharedAnswer::Skip, "skip"}};
+	static const std::map<ESharedAnswer, const char*> Answers = {{ESharedAnswer::Ask, "ask"},
+		{ESharedAnswer::Duplicate, "duplicate"}, {ESharedAnswer::InPlace, "in-place"}, {ESharedAnswer::Skip, "skip"}};
 	std::vector<std::string> Arguments = {CommandName(Options)};
 	if (Options.Command == ESceneCommand::SetPivot)
 	{
@@ -89,8 +90,9 @@ std::string ResultsOf(const std::string& Answer)
 	const std::string Key = "\"results\":[";
 	const std::size_t Begin = Answer.find(Key);
 	const std::size_t End = Answer.rfind("]}");
-	return Begin == std::string::npos || End == std::string::npos ? std::string()
-																   : Answer.substr(Begin + Key.size(), End - Begin - Key.size());
+	return Begin == std::string::npos || End == std::string::npos
+			   ? std::string()
+			   : Answer.substr(Begin + Key.size(), End - Begin - Key.size());
 }
 
 EExitCode RunSeveral(const FBakeOptions& Options)
@@ -103,7 +105,8 @@ EExitCode RunSeveral(const FBakeOptions& Options)
 		if (!bNew)
 		{
 			std::fprintf(stderr, "tarvin: '%s' and '%s' would be written to the same file '%s'.\n",
-				PrintableText(Other->second).c_str(), PrintableText(Input).c_str(), PrintableText(Other->first).c_str());
+				PrintableText(Other->second).c_str(), PrintableText(Input).c_str(),
+				PrintableText(Other->first).c_str());
 			return ExitUsage;
 		}
 		ArgumentLists.push_back(ArgumentsFor(Options, Input));

@@ -24,11 +24,16 @@ constexpr int MaxCommands = 4096;
 class FBakeJob
 {
 public:
-	FBakeJob(const FBakeOptions& InOptions, FBakeReport& InReport) : Options(InOptions), Report(InReport) {}
+	FBakeJob(const FBakeOptions& InOptions, FBakeReport& InReport)
+		: Options(InOptions)
+		, Report(InReport)
+	{
+	}
 
 	void Run()
 	{
-		TSceneResult<std::unique_ptr<FScene>> Loaded = FScene::Load(Report.Input, GEditor->GetEditorWorldContext().World());
+		TSceneResult<std::unique_ptr<FScene>> Loaded =
+			FScene::Load(Report.Input, GEditor->GetEditorWorldContext().World());
 		if (!Loaded)
 		{
 			return Fail(ExitUnreadable, Loaded.Error().Message);
@@ -43,7 +48,8 @@ public:
 		bDone.assign(bWanted.size(), false);
 		Reasons.assign(bWanted.size(), {});
 		Outcomes.assign(bWanted.size(), ENodeOutcome::NotSelected);
-		Session.AnswerWith(Options.bDryRun && Options.Shared == ESharedAnswer::Ask ? ESharedAnswer::Duplicate : Options.Shared);
+		Session.AnswerWith(
+			Options.bDryRun && Options.Shared == ESharedAnswer::Ask ? ESharedAnswer::Duplicate : Options.Shared);
 
 		const FSceneJudge Judge(*Scene);
 		if (!RunCommands(Judge))
@@ -129,7 +135,8 @@ private:
 	bool Undecodable(FGltfIndex Mesh)
 	{
 		const auto Result = Scene->MeshData(Mesh)->TryDecode();
-		Fail(ExitUnreadable, Result ? "Cannot read " + Report.Input + ": it changed while it was read." : Result.Error().Message);
+		Fail(ExitUnreadable,
+			Result ? "Cannot read " + Report.Input + ": it changed while it was read." : Result.Error().Message);
 		return false;
 	}
 
@@ -165,14 +172,16 @@ private:
 		{
 			UStaticMesh* const Asset = AssetOf(*Scene, Nodes[Index]);
 			const bool bBaked = Asset != Before[Index].Asset || SourceOf(*Asset) != Before[Index].Data;
-			const std::string Reason = Options.Shared == ESharedAnswer::Skip ? "its asset is shared" : "its asset was left unbaked";
+			const std::string Reason =
+				Options.Shared == ESharedAnswer::Skip ? "its asset is shared" : "its asset was left unbaked";
 			Settle(Nodes[Index], bBaked ? ENodeOutcome::Baked : ENodeOutcome::NotBaked, bBaked ? "" : Reason);
 		}
 	}
 
 	static TSharedPtr<const FMeshBulkData> SourceOf(const UStaticMesh& Asset)
 	{
-		return Asset.IsMeshDescriptionValid(0) ? Asset.GetSourceModel(0).GetBulkData() : Asset.GetHiResSourceModel().GetBulkData();
+		return Asset.IsMeshDescriptionValid(0) ? Asset.GetSourceModel(0).GetBulkData()
+											   : Asset.GetHiResSourceModel().GetBulkData();
 	}
 
 	void Settle(FGltfIndex Node, ENodeOutcome Outcome, const std::string& Reason)
@@ -208,8 +217,8 @@ private:
 			{
 				Report.NewAssets.push_back(Asset->GetName().ToUtf8());
 			}
-			Report.Nodes.push_back({Node, NodePath(*Scene->Document(), Node), (Asset ? Asset : Loaded)->GetName().ToUtf8(), bNew,
-				Outcomes[At], Reasons[At]});
+			Report.Nodes.push_back({Node, NodePath(*Scene->Document(), Node),
+				(Asset ? Asset : Loaded)->GetName().ToUtf8(), bNew, Outcomes[At], Reasons[At]});
 		}
 	}
 
@@ -246,13 +255,14 @@ private:
 		return true;
 	}
 
-	/// True for a node that was not asked for and whose asset was baked in place all the same: the answer was to change it too.
+	/// True for a node that was not asked for and whose asset was baked in place all the same: the answer was to change
+	/// it too.
 	bool ChangedAlong(FGltfIndex Node) const
 	{
 		const FGltfIndex Mesh = Scene->Document()->Node(Node).Mesh;
 		const UStaticMesh* const Asset = AssetOf(*Scene, Node);
 		return Outcomes[std::size_t(Node)] == ENodeOutcome::NotSelected && Asset && Asset == Scene->MeshAsset(Mesh) &&
-			Asset->GetSourceModel(0).GetBulkData().Get() != Scene->MeshData(Mesh).Get();
+			   Asset->GetSourceModel(0).GetBulkData().Get() != Scene->MeshData(Mesh).Get();
 	}
 
 	void SetExitCode()

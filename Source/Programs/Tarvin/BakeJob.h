@@ -15,8 +15,8 @@ enum class ENodeOutcome
 {
 	Baked,
 	NothingToBake,
-	LeftOut,     ///< it cannot be kept exactly; see the reason
-	NotBaked,    ///< its asset was left unbaked: by the answer, or because the bake failed
+	LeftOut,  ///< it cannot be kept exactly; see the reason
+	NotBaked, ///< its asset was left unbaked: by the answer, or because the bake failed
 	NotSelected,
 };
 

@@ -22,8 +22,8 @@ struct FBakeOptions
 	ESceneCommand Command = ESceneCommand::BakeTransform;
 	ETarvinPivotPosition Position = ETarvinPivotPosition::Center;
 	std::vector<std::string> Inputs;
-	std::string Out;    ///< empty: the input itself
-	std::string OutDir; ///< for several inputs
+	std::string Out;                 ///< empty: the input itself
+	std::string OutDir;              ///< for several inputs
 	std::vector<std::string> Select; ///< patterns of node names; empty: all nodes
 	ESharedAnswer Shared = ESharedAnswer::Duplicate;
 	bool bDryRun = false;

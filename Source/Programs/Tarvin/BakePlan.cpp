@@ -22,7 +22,8 @@ bool IsSame(const FTransform& A, const FTransform& B)
 /// Whether the module would serve both by one bake.
 bool WouldMerge(const FTransform& A, const FTransform& B)
 {
-	return A.GetRotation().Equals(B.GetRotation(), KINDA_SMALL_NUMBER) && A.GetScale3D().Equals(B.GetScale3D(), KINDA_SMALL_NUMBER);
+	return A.GetRotation().Equals(B.GetRotation(), KINDA_SMALL_NUMBER) &&
+		   A.GetScale3D().Equals(B.GetScale3D(), KINDA_SMALL_NUMBER);
 }
 } // namespace
 
@@ -33,15 +34,17 @@ UStaticMesh* AssetOf(const FScene& Scene, FGltfIndex Node)
 }
 
 FBakePlanner::FBakePlanner(const FScene& InScene, const FSceneJudge& InJudge, const FBakeOptions& InOptions)
-	: Scene(InScene), SceneJudge(InJudge), Options(InOptions)
+	: Scene(InScene)
+	, SceneJudge(InJudge)
+	, Options(InOptions)
 {
 }
 
 FTransform FBakePlanner::BakeOf(FGltfIndex Node) const
 {
 	const FTarvinOperation Operation = Options.Command == ESceneCommand::BakeTransform
-		? FTarvinOperation::RotationScaleBake()
-		: FTarvinOperation::SetPivot(Options.Position);
+										   ? FTarvinOperation::RotationScaleBake()
+										   : FTarvinOperation::SetPivot(Options.Position);
 	UStaticMeshComponent* const Component = Cast<UStaticMeshComponent>(Scene.Node(Node).Component.Get());
 	FTransform Bake;
 	Operation.ComputeBake({Component, AssetOf(Scene, Node), Component->GetComponentTransform()}, Bake);
@@ -77,7 +80,8 @@ FBakeBatch FBakePlanner::Next(
 			Batch.Refused[Node] = "its component was not created natively";
 			continue;
 		}
-		if (Options.Command == ESceneCommand::BakeTransform && FTarvinSelectionAction::HasUnrepresentableParent(Component))
+		if (Options.Command == ESceneCommand::BakeTransform &&
+			FTarvinSelectionAction::HasUnrepresentableParent(Component))
 		{
 			Batch.bPostponed = true;
 			continue;
@@ -120,8 +124,8 @@ std::string FBakePlanner::InPlaceObjection(
 		if (bWanted[std::size_t(Node)] || !Reason.empty())
 		{
 			const std::string Why = Reason.empty() ? "" : " (" + Reason + ")";
-			return "baking '" + Asset->GetName().ToUtf8() + "' in place would change '" + Scene.NodeName(Node).ToUtf8() +
-				"', which cannot follow" + Why;
+			return "baking '" + Asset->GetName().ToUtf8() + "' in place would change '" +
+				   Scene.NodeName(Node).ToUtf8() + "', which cannot follow" + Why;
 		}
 	}
 	return {};

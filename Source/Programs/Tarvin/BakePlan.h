@@ -12,28 +12,31 @@
 /// The nodes that one command of the module is to work on, and those of them that must be left alone.
 struct FBakeBatch
 {
-	std::vector<FGltfIndex> Nodes;               ///< in scene order
-	std::map<FGltfIndex, std::string> Refused;   ///< with the reason
-	bool bPostponed = false;                     ///< candidates are left for a later command
+	std::vector<FGltfIndex> Nodes;             ///< in scene order
+	std::map<FGltfIndex, std::string> Refused; ///< with the reason
+	bool bPostponed = false;                   ///< candidates are left for a later command
 };
 
 /// Chooses the nodes of the next command, such that what it does is exact.
 ///
-/// The module takes shapes for the same that differ by up to 1e-4, and looks at no translation: nodes that it would merge although they differ
-/// go into commands of their own. For in-place bakes, assets are refused that someone uses who cannot follow.
+/// The module takes shapes for the same that differ by up to 1e-4, and looks at no translation: nodes that it would
+/// merge although they differ go into commands of their own. For in-place bakes, assets are refused that someone uses
+/// who cannot follow.
 class FBakePlanner
 {
 public:
 	FBakePlanner(const FScene& InScene, const FSceneJudge& InJudge, const FBakeOptions& InOptions);
 
 	/// The next batch among the candidates that are wanted and not done.
-	FBakeBatch Next(const std::vector<FSceneVerdict>& Verdicts, const std::vector<bool>& bWanted, const std::vector<bool>& bDone) const;
+	FBakeBatch Next(const std::vector<FSceneVerdict>& Verdicts, const std::vector<bool>& bWanted,
+		const std::vector<bool>& bDone) const;
 
 private:
 	/// What the module would bake into a node's mesh.
 	FTransform BakeOf(FGltfIndex Node) const;
 	bool Fits(FGltfIndex Node, const std::vector<FGltfIndex>& Taken) const;
-	std::string InPlaceObjection(UStaticMesh* Asset, const std::vector<FGltfIndex>& Batch, const std::vector<bool>& bWanted) const;
+	std::string InPlaceObjection(
+		UStaticMesh* Asset, const std::vector<FGltfIndex>& Batch, const std::vector<bool>& bWanted) const;
 
 	const FScene& Scene;
 	const FSceneJudge& SceneJudge;

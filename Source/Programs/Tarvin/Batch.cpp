@@ -152,7 +152,8 @@ std::vector<FChildResult> RunChildren(const std::vector<std::vector<std::string>
 			}
 			else
 			{
-				Results[Next] = {ExitUnreadable, "", std::string("Cannot start the work: ") + std::strerror(errno) + ".\n"};
+				Results[Next] = {
+					ExitUnreadable, "", std::string("Cannot start the work: ") + std::strerror(errno) + ".\n"};
 			}
 			++Next;
 			continue;

@@ -12,6 +12,6 @@ struct FChildResult
 	std::string Errors;
 };
 
-/// Runs this program once for each argument list, `Jobs` at a time, and returns the results in the order of the lists. A child that dies of a
-/// signal counts as one that could not read its input.
+/// Runs this program once for each argument list, `Jobs` at a time, and returns the results in the order of the lists.
+/// A child that dies of a signal counts as one that could not read its input.
 std::vector<FChildResult> RunChildren(const std::vector<std::vector<std::string>>& ArgumentLists, int Jobs);

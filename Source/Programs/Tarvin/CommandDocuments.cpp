@@ -86,10 +86,12 @@ std::string CommandDocuments::BashCompletion(const CLI::App& App)
 {
 	std::ostringstream Out;
 	std::string Commands;
-	Out << "# bash completion for tarvin\n_tarvin()\n{\n\tlocal Word=${COMP_WORDS[COMP_CWORD]} Before=${COMP_WORDS[COMP_CWORD-1]} Words=\n";
+	Out << "# bash completion for tarvin\n_tarvin()\n{\n\tlocal Word=${COMP_WORDS[COMP_CWORD]} "
+		   "Before=${COMP_WORDS[COMP_CWORD-1]} Words=\n";
 	Out << "\tcase $Before in\n"
 		   "\t\t--shared) COMPREPLY=($(compgen -W 'ask duplicate in-place skip' -- \"$Word\")); return ;;\n"
-		   "\t\tpivot) COMPREPLY=($(compgen -W 'center bottom top left right front back world-origin' -- \"$Word\")); return ;;\n"
+		   "\t\tpivot) COMPREPLY=($(compgen -W 'center bottom top left right front back world-origin' -- \"$Word\")); "
+		   "return ;;\n"
 		   "\tesac\n\tcase ${COMP_WORDS[1]-} in\n";
 	for (const CLI::App* Command : App.get_subcommands({}))
 	{

@@ -6,7 +6,8 @@
 
 #include <string>
 
-// The program's commands. Each prints its report on standard output and errors on standard error, and returns the exit code.
+// The program's commands. Each prints its report on standard output and errors on standard error, and returns the exit
+// code.
 
 EExitCode RunBake(const FBakeOptions& Options);
 EExitCode RunInfo(const std::string& Input, bool bJson);

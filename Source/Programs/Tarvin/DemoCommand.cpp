@@ -77,16 +77,19 @@ private:
 	void Crate()
 	{
 		Builder.UseExtension("TARVIN_static_mesh");
-		const char* const Extension = R"(,"extensions":{"TARVIN_static_mesh":{"sockets":[)"
-									  R"({"name":"Lid","translation":[0,0.5,0]},{"name":"Handle","translation":[0.5,0,0],"rotation":[0,0,0.3826834323650898,0.9238795325112867]}],)"
-									  R"("collision":[{"type":"box","size":[1,1,1]},{"type":"sphere","translation":[0,0.5,0],"radius":0.3},)"
-									  R"({"type":"capsule","translation":[0,0,0.25],"radius":0.2,"length":0.5},)"
-									  R"({"type":"taperedCapsule","translation":[0.25,0,0],"radiusTop":0.1,"radiusBottom":0.2,"length":0.4},)"
-									  R"({"type":"convex","points":[[-0.5,-0.5,-0.5],[0.5,-0.5,-0.5],[0,-0.5,0.5],[0,0.5,0]]}]}})";
-		const int Mesh = Builder.AddMesh("Crate", MakeBuilderBox({-0.5f, -0.5f, -0.5f}, {0.5f, 0.5f, 0.5f}), Wood, Extension);
+		const char* const Extension =
+			R"(,"extensions":{"TARVIN_static_mesh":{"sockets":[)"
+			R"({"name":"Lid","translation":[0,0.5,0]},{"name":"Handle","translation":[0.5,0,0],"rotation":[0,0,0.3826834323650898,0.9238795325112867]}],)"
+			R"("collision":[{"type":"box","size":[1,1,1]},{"type":"sphere","translation":[0,0.5,0],"radius":0.3},)"
+			R"({"type":"capsule","translation":[0,0,0.25],"radius":0.2,"length":0.5},)"
+			R"({"type":"taperedCapsule","translation":[0.25,0,0],"radiusTop":0.1,"radiusBottom":0.2,"length":0.4},)"
+			R"({"type":"convex","points":[[-0.5,-0.5,-0.5],[0.5,-0.5,-0.5],[0,-0.5,0.5],[0,0.5,0]]}]}})";
+		const int Mesh =
+			Builder.AddMesh("Crate", MakeBuilderBox({-0.5f, -0.5f, -0.5f}, {0.5f, 0.5f, 0.5f}), Wood, Extension);
 		Builder.AddRoot("cameras", R"([{"type":"perspective","perspective":{"yfov":0.8,"znear":0.1}}])");
 		const int Camera = Builder.AddNode("Crate camera", Placed({0, 1, 2}).Integer("camera", 0));
-		Root("Crate", Placed({-4, 1, 2}, 30, {2, 2, 2}).Integer("mesh", Mesh).Raw("children", "[" + Index(Camera) + "]"));
+		Root("Crate",
+			Placed({-4, 1, 2}, 30, {2, 2, 2}).Integer("mesh", Mesh).Raw("children", "[" + Index(Camera) + "]"));
 	}
 
 	/// One mesh on four nodes: two of one shape, one of another, one mirrored.
@@ -107,15 +110,18 @@ private:
 			R"({"KHR_lights_punctual":{"lights":[{"type":"spot","intensity":40,"spot":{}}]},)"
 			R"("KHR_implicit_shapes":{"shapes":[{"type":"capsule","capsule":{"height":0.6,"radiusBottom":0.3,"radiusTop":0.3}}]}})");
 		const int ShedMesh = Builder.AddMesh("Shed", MakeBuilderBox({-1, 0, -1}, {1, 1.5f, 1}), Wood);
-		const int DoorMesh = Builder.AddMesh("Door", Unindexed(MakeBuilderBox({0, 0, -0.05f}, {0.8f, 1.2f, 0.05f})), Metal);
-		const int Light = Builder.AddNode("Door light",
-			Placed({0.4, 1.4, 0}, 45).Raw("extensions", R"({"KHR_lights_punctual":{"light":0}})"));
-		const int Door = Builder.AddNode(
-			"Door", Placed({-0.4, 0, 1.05}, 0, {1, 1, -1}).Integer("mesh", DoorMesh).Raw("children", "[" + Index(Light) + "]"));
-		Root("Shed", Placed({5, 0, 1}, -40, {1.5, 1.5, 1.5}).Integer("mesh", ShedMesh).Raw("children", "[" + Index(Door) + "]"));
+		const int DoorMesh =
+			Builder.AddMesh("Door", Unindexed(MakeBuilderBox({0, 0, -0.05f}, {0.8f, 1.2f, 0.05f})), Metal);
+		const int Light = Builder.AddNode(
+			"Door light", Placed({0.4, 1.4, 0}, 45).Raw("extensions", R"({"KHR_lights_punctual":{"light":0}})"));
+		const int Door = Builder.AddNode("Door",
+			Placed({-0.4, 0, 1.05}, 0, {1, 1, -1}).Integer("mesh", DoorMesh).Raw("children", "[" + Index(Light) + "]"));
+		Root("Shed",
+			Placed({5, 0, 1}, -40, {1.5, 1.5, 1.5}).Integer("mesh", ShedMesh).Raw("children", "[" + Index(Door) + "]"));
 	}
 
-	/// Below a parent with rotation and uneven scale: what is turned there has shear, what is not could be held, but for that parent.
+	/// Below a parent with rotation and uneven scale: what is turned there has shear, what is not could be held, but
+	/// for that parent.
 	void Skewed()
 	{
 		const int Mesh = Builder.AddMesh("Post", MakeBuilderBox({-0.2f, 0, -0.2f}, {0.2f, 1, 0.2f}), Wood);
@@ -136,10 +142,10 @@ private:
 			Places.insert(Places.end(), {float(Picket) * 0.4f, 0.f, 0.f});
 		}
 		const int Accessor = Builder.AddFloats(Places, "VEC3", false);
-		Root("Fence",
-			Placed({-8, 0, 8}, 10)
-				.Integer("mesh", Mesh)
-				.Raw("extensions", R"({"EXT_mesh_gpu_instancing":{"attributes":{"TRANSLATION":)" + Index(Accessor) + "}}}"));
+		Root("Fence", Placed({-8, 0, 8}, 10)
+						  .Integer("mesh", Mesh)
+						  .Raw("extensions",
+							  R"({"EXT_mesh_gpu_instancing":{"attributes":{"TRANSLATION":)" + Index(Accessor) + "}}}"));
 		Root("Lone picket", Placed({-9, 0, 8}, 15, {1, 1.3, 1}).Integer("mesh", Mesh));
 	}
 
@@ -151,17 +157,17 @@ private:
 		const int Low = Builder.AddMesh("Statue low", MakeBuilderBox({-0.35f, 0, -0.25f}, {0.35f, 1.9f, 0.25f}), Stone);
 		const FJsonObject Place = Placed({2, 0, 3}, 60, {1.2, 1.4, 1.2});
 		const int Level = Builder.AddNode("Statue LOD1", FJsonObject(Place).Integer("mesh", Low));
-		Root("Statue",
-			FJsonObject(Place)
-				.Integer("mesh", High)
-				.Raw("extensions", R"({"MSFT_lod":{"ids":[)" + Index(Level) + "]}}")
-				.Raw("extras", R"({"MSFT_screencoverage":[0.4,0.05]})"));
+		Root("Statue", FJsonObject(Place)
+						   .Integer("mesh", High)
+						   .Raw("extensions", R"({"MSFT_lod":{"ids":[)" + Index(Level) + "]}}")
+						   .Raw("extras", R"({"MSFT_screencoverage":[0.4,0.05]})"));
 	}
 
 	/// A HiRes source beside the mesh that is shown.
 	void Rock()
 	{
-		const int HiRes = Builder.AddMesh("Rock HiRes", MakeBuilderBox({-0.62f, 0, -0.52f}, {0.62f, 0.72f, 0.52f}), Stone);
+		const int HiRes =
+			Builder.AddMesh("Rock HiRes", MakeBuilderBox({-0.62f, 0, -0.52f}, {0.62f, 0.72f, 0.52f}), Stone);
 		const int Mesh = Builder.AddMesh("Rock", MakeBuilderBox({-0.6f, 0, -0.5f}, {0.6f, 0.7f, 0.5f}), Stone,
 			R"(,"extensions":{"TARVIN_static_mesh":{"hiRes":)" + Index(HiRes) + "}}");
 		Root("Rock", Placed({7, 0, 6}, 110, {1.5, 0.8, 1.1}).Integer("mesh", Mesh));
@@ -173,10 +179,9 @@ private:
 		Builder.UseExtension("KHR_implicit_shapes");
 		Builder.UseExtension("KHR_physics_rigid_bodies");
 		const int Mesh = Builder.AddMesh("Barrel", MakeBuilderBox({-0.3f, -0.6f, -0.3f}, {0.3f, 0.6f, 0.3f}), Metal);
-		Root("Barrel",
-			Placed({-1, 0.8, 0}, 15, {1.3, 1.3, 1.3})
-				.Integer("mesh", Mesh)
-				.Raw("extensions", R"({"KHR_physics_rigid_bodies":{"collider":{"geometry":{"shape":0}}}})"));
+		Root("Barrel", Placed({-1, 0.8, 0}, 15, {1.3, 1.3, 1.3})
+						   .Integer("mesh", Mesh)
+						   .Raw("extensions", R"({"KHR_physics_rigid_bodies":{"collider":{"geometry":{"shape":0}}}})"));
 	}
 
 	/// A flag that turns: left out.
@@ -186,9 +191,9 @@ private:
 		const int Flag = Root("Flag", Placed({8, 0, -3}, 0, {1.2, 1.2, 1.2}).Integer("mesh", Mesh));
 		const int Times = Builder.AddFloats({0.f, 1.f, 2.f}, "SCALAR", true);
 		const int Turns = Builder.AddFloats({0, 0, 0, 1, 0, 0.38268343f, 0, 0.92387953f, 0, 0, 0, 1}, "VEC4", false);
-		Builder.AddRoot("animations",
-			R"([{"name":"Waving","samplers":[{"input":)" + Index(Times) + R"(,"output":)" + Index(Turns) +
-				R"(}],"channels":[{"sampler":0,"target":{"node":)" + Index(Flag) + R"(,"path":"rotation"}}]}])");
+		Builder.AddRoot("animations", R"([{"name":"Waving","samplers":[{"input":)" + Index(Times) + R"(,"output":)" +
+										  Index(Turns) + R"(}],"channels":[{"sampler":0,"target":{"node":)" +
+										  Index(Flag) + R"(,"path":"rotation"}}]}])");
 	}
 
 	/// A figure on two bones: left out.
@@ -207,7 +212,8 @@ private:
 		const int WeightAccessor = Builder.AddFloats(Weights, "VEC4", false);
 		const int Mesh = Builder.AddMesh("Figure", Box, Metal, "",
 			",\"JOINTS_0\":" + Index(JointAccessor) + ",\"WEIGHTS_0\":" + Index(WeightAccessor));
-		const int Bind = Builder.AddFloats({1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, -0.8f, 0, 1},
+		const int Bind = Builder.AddFloats(
+			{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, -0.8f, 0, 1},
 			"MAT4", false);
 		const int Upper = Builder.AddNode("Upper bone", Placed({0, 0.8, 0}));
 		const int Lower = Root("Lower bone", Placed({-8, 0, 0}).Raw("children", "[" + Index(Upper) + "]"));

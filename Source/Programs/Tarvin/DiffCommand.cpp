@@ -14,7 +14,9 @@ EExitCode Unreadable(const FSceneError& Error, bool bJson)
 {
 	if (bJson)
 	{
-		std::puts(JsonAnswer("diff", {FJsonObject().Integer("exitCode", ExitUnreadable).String("error", Error.Message).Text()}).c_str());
+		std::puts(JsonAnswer(
+			"diff", {FJsonObject().Integer("exitCode", ExitUnreadable).String("error", Error.Message).Text()})
+					  .c_str());
 	}
 	std::fprintf(stderr, "tarvin: %s\n", PrintableText(Error.Message, 2000).c_str());
 	return ExitUnreadable;
@@ -41,8 +43,12 @@ EExitCode RunDiff(const std::string& A, const std::string& B, bool bJson)
 	const EExitCode Code = Deviation->IsSame(VerifyTolerance) ? ExitDone : ExitDeviation;
 	if (bJson)
 	{
-		std::puts(JsonAnswer("diff",
-			{FJsonObject().String("a", A).String("b", B).Integer("exitCode", Code).Raw("deviation", ToJson(*Deviation)).Text()})
+		std::puts(JsonAnswer("diff", {FJsonObject()
+											 .String("a", A)
+											 .String("b", B)
+											 .Integer("exitCode", Code)
+											 .Raw("deviation", ToJson(*Deviation))
+											 .Text()})
 					  .c_str());
 	}
 	else

@@ -13,7 +13,8 @@ public:
 	void OnNotificationRemoved(const TSharedRef<SNotificationItem>&) override {}
 };
 
-FHostSession::FHostSession() : Terminal(MakeShared<FQuietTerminal>())
+FHostSession::FHostSession()
+	: Terminal(MakeShared<FQuietTerminal>())
 {
 	FSlateApplication::Create(StaticCastSharedPtr<ISlateBackend>(Terminal).ToSharedRef());
 	UEditorEngine::Create();
@@ -38,7 +39,9 @@ void FHostSession::AnswerWith(ESharedAnswer Answer)
 			// First comes "Create new asset", last "Cancel"; "Apply to all" stands between them where it is offered.
 			const int32 Last = Dialog.GetButtons().Num() - 1;
 			const bool bOffered = Last >= 2;
-			Dialog.PressButton(Answer == ESharedAnswer::Skip ? Last : Answer == ESharedAnswer::InPlace && bOffered ? 1 : 0);
+			Dialog.PressButton(Answer == ESharedAnswer::Skip                  ? Last
+							   : Answer == ESharedAnswer::InPlace && bOffered ? 1
+																			  : 0);
 			return true;
 		});
 }

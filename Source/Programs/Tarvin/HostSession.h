@@ -6,7 +6,8 @@
 #include "Editor/SlowTaskProgress.h"
 #include "Slate/TerminalBackend.h"
 
-/// The host for as long as the program works: an editor engine with an empty world, and a widget application on the terminal.
+/// The host for as long as the program works: an editor engine with an empty world, and a widget application on the
+/// terminal.
 class FHostSession
 {
 public:

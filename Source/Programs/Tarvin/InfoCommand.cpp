@@ -75,7 +75,8 @@ std::string MeshJson(const FScene& Scene, FGltfIndex Mesh, int Users)
 	const UStaticMesh& Asset = *Scene.MeshAsset(Mesh);
 	FJsonObject Object;
 	Object.Integer("mesh", Mesh).String("asset", Asset.GetName().ToUtf8()).Integer("users", Users);
-	Object.Integer("vertices", Scene.MeshData(Mesh)->GetLayout().NumSlots).Integer("levels", Asset.GetNumSourceModels());
+	Object.Integer("vertices", Scene.MeshData(Mesh)->GetLayout().NumSlots)
+		.Integer("levels", Asset.GetNumSourceModels());
 	Object.Bool("hiRes", Asset.IsHiResMeshDescriptionValid()).Integer("sockets", Asset.Sockets.Num());
 	return Object.Integer("collisionShapes", CountShapes(Asset)).Text();
 }
@@ -104,12 +105,12 @@ std::string Line(const FNodeInfo& Node)
 	const auto Translation = SceneSpace::PointToFile(Node.World.GetTranslation());
 	const auto Scale = SceneSpace::ScaleToFile(Node.World.GetScale3D());
 	const FRotator Turn = Node.World.GetRotation().Rotator();
-	const FString Numbers = FString::Printf(TEXT("at (%.3f %.3f %.3f) scale (%.3f %.3f %.3f) turned (%.1f %.1f %.1f)"), Translation[0],
-		Translation[1], Translation[2], Scale[0], Scale[1], Scale[2], Turn.Pitch, Turn.Yaw, Turn.Roll);
+	const FString Numbers = FString::Printf(TEXT("at (%.3f %.3f %.3f) scale (%.3f %.3f %.3f) turned (%.1f %.1f %.1f)"),
+		Translation[0], Translation[1], Translation[2], Scale[0], Scale[1], Scale[2], Turn.Pitch, Turn.Yaw, Turn.Roll);
 	const std::string Mesh = Node.Mesh == NoIndex ? "" : " mesh " + std::to_string(Node.Mesh);
 	const std::string Reason = Node.Reason.empty() ? "" : ": " + PrintableText(Node.Reason);
 	return "  " + std::to_string(Node.Node) + " '" + PrintableText(Node.Path) + "'" + Mesh + " " + Numbers.ToUtf8() +
-		(Node.Mesh == NoIndex ? "" : std::string(" -- ") + Node.Outcome) + Reason + "\n";
+		   (Node.Mesh == NoIndex ? "" : std::string(" -- ") + Node.Outcome) + Reason + "\n";
 }
 } // namespace
 
@@ -121,8 +122,12 @@ EExitCode RunInfo(const std::string& Input, bool bJson)
 	{
 		if (bJson)
 		{
-			std::puts(JsonAnswer("info", {FJsonObject().String("input", Input).Integer("exitCode", ExitUnreadable)
-											 .String("error", Loaded.Error().Message).Text()}).c_str());
+			std::puts(JsonAnswer("info", {FJsonObject()
+												 .String("input", Input)
+												 .Integer("exitCode", ExitUnreadable)
+												 .String("error", Loaded.Error().Message)
+												 .Text()})
+						  .c_str());
 		}
 		std::fprintf(stderr, "tarvin: %s\n", PrintableText(Loaded.Error().Message, 2000).c_str());
 		return ExitUnreadable;
@@ -140,19 +145,26 @@ EExitCode RunInfo(const std::string& Input, bool bJson)
 		const int Users = CountUsers(Nodes, Mesh);
 		const UStaticMesh& Asset = *Scene.MeshAsset(Mesh);
 		MeshTexts.push_back(bJson ? MeshJson(Scene, Mesh, Users)
-								  : "  " + std::to_string(Mesh) + " '" + PrintableText(Asset.GetName().ToUtf8()) + "' " +
-					std::to_string(Users) + " user(s), " + std::to_string(Scene.MeshData(Mesh)->GetLayout().NumSlots) +
-					" vertices, " + std::to_string(Asset.GetNumSourceModels()) + " level(s), " +
-					std::to_string(Asset.Sockets.Num()) + " socket(s), " + std::to_string(CountShapes(Asset)) +
-					" collision shape(s)\n");
+								  : "  " + std::to_string(Mesh) + " '" + PrintableText(Asset.GetName().ToUtf8()) +
+										"' " + std::to_string(Users) + " user(s), " +
+										std::to_string(Scene.MeshData(Mesh)->GetLayout().NumSlots) + " vertices, " +
+										std::to_string(Asset.GetNumSourceModels()) + " level(s), " +
+										std::to_string(Asset.Sockets.Num()) + " socket(s), " +
+										std::to_string(CountShapes(Asset)) + " collision shape(s)\n");
 	}
 	if (bJson)
 	{
-		std::puts(JsonAnswer("info", {FJsonObject().String("input", Input).Integer("exitCode", ExitDone)
-										 .Raw("nodes", JsonArray(NodeTexts)).Raw("meshes", JsonArray(MeshTexts)).Text()}).c_str());
+		std::puts(JsonAnswer("info", {FJsonObject()
+											 .String("input", Input)
+											 .Integer("exitCode", ExitDone)
+											 .Raw("nodes", JsonArray(NodeTexts))
+											 .Raw("meshes", JsonArray(MeshTexts))
+											 .Text()})
+					  .c_str());
 		return ExitDone;
 	}
-	std::printf("%s: %zu node(s), %zu mesh(es)\nNodes\n", PrintableText(Input).c_str(), NodeTexts.size(), MeshTexts.size());
+	std::printf(
+		"%s: %zu node(s), %zu mesh(es)\nNodes\n", PrintableText(Input).c_str(), NodeTexts.size(), MeshTexts.size());
 	for (const std::string& Text : NodeTexts)
 	{
 		std::fputs(Text.c_str(), stdout);

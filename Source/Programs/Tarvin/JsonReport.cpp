@@ -83,7 +83,9 @@ std::string ToJson(const FSceneDeviation& Deviation)
 		{
 			Object.String("difference", Node.Difference);
 		}
-		Object.Number("position", Node.Position).Number("normalAngle", Node.Normal).Integer("flipped", std::int64_t(Node.NumFlipped));
+		Object.Number("position", Node.Position)
+			.Number("normalAngle", Node.Normal)
+			.Integer("flipped", std::int64_t(Node.NumFlipped));
 		Nodes.push_back(Object.Text());
 	}
 	return FJsonObject()
@@ -115,7 +117,10 @@ std::string ToJson(const FBakeReport& Report)
 	for (const FNodeReport& Node : Report.Nodes)
 	{
 		FJsonObject Entry;
-		Entry.Integer("node", Node.Node).String("path", Node.Path).String("asset", Node.Asset).Bool("newAsset", Node.bNewAsset);
+		Entry.Integer("node", Node.Node)
+			.String("path", Node.Path)
+			.String("asset", Node.Asset)
+			.Bool("newAsset", Node.bNewAsset);
 		Entry.String("outcome", OutcomeName(Node.Outcome));
 		if (!Node.Reason.empty())
 		{

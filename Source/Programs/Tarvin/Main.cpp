@@ -25,13 +25,13 @@ Examples:
   tarvin pivot bottom yard.gltf -o yard-on-floor.gltf
   tarvin pivot world-origin yard.glb --select Statue -o out.glb)";
 
-const std::map<std::string, ESharedAnswer> Answers = {{"ask", ESharedAnswer::Ask}, {"duplicate", ESharedAnswer::Duplicate},
-	{"in-place", ESharedAnswer::InPlace}, {"skip", ESharedAnswer::Skip}};
+const std::map<std::string, ESharedAnswer> Answers = {{"ask", ESharedAnswer::Ask},
+	{"duplicate", ESharedAnswer::Duplicate}, {"in-place", ESharedAnswer::InPlace}, {"skip", ESharedAnswer::Skip}};
 
 const std::map<std::string, ETarvinPivotPosition> Positions = {{"center", ETarvinPivotPosition::Center},
 	{"bottom", ETarvinPivotPosition::Bottom}, {"top", ETarvinPivotPosition::Top}, {"left", ETarvinPivotPosition::Left},
-	{"right", ETarvinPivotPosition::Right}, {"front", ETarvinPivotPosition::Front}, {"back", ETarvinPivotPosition::Back},
-	{"world-origin", ETarvinPivotPosition::WorldOrigin}};
+	{"right", ETarvinPivotPosition::Right}, {"front", ETarvinPivotPosition::Front},
+	{"back", ETarvinPivotPosition::Back}, {"world-origin", ETarvinPivotPosition::WorldOrigin}};
 
 /// What the command line gives as words.
 struct FWords
@@ -47,15 +47,20 @@ struct FWords
 void AddBakeOptions(CLI::App& Command, FWords& Words)
 {
 	Command.add_option("IN", Words.Bake.Inputs, "Scenes to work on (.gltf or .glb)")->required();
-	CLI::Option* const Out = Command.add_option("-o,--out", Words.Bake.Out, "Where to write the scene; may be the input itself");
-	Command.add_option("--out-dir", Words.Bake.OutDir, "Folder to write scenes to, under their own names")->excludes(Out);
+	CLI::Option* const Out =
+		Command.add_option("-o,--out", Words.Bake.Out, "Where to write the scene; may be the input itself");
+	Command.add_option("--out-dir", Words.Bake.OutDir, "Folder to write scenes to, under their own names")
+		->excludes(Out);
 	CLI::Option* const All = Command.add_flag("--all", Words.bAll, "Work on all nodes that can be (the default)");
-	Command.add_option("--select", Words.Bake.Select, "Work on nodes whose name, or path if it has a '/', matches GLOB")
+	Command
+		.add_option("--select", Words.Bake.Select, "Work on nodes whose name, or path if it has a '/', matches GLOB")
 		->type_name("GLOB")
 		->allow_extra_args(true)
 		->excludes(All);
-	Command.add_option("--shared", Words.Shared,
-			   "Meshes that other nodes use too: ask, duplicate, in-place or skip (default: ask on a terminal, else duplicate)")
+	Command
+		.add_option("--shared", Words.Shared,
+			"Meshes that other nodes use too: ask, duplicate, in-place or skip (default: ask on a terminal, else "
+			"duplicate)")
 		->check(CLI::IsMember(Answers));
 	Command.add_flag("--dry-run", Words.Bake.bDryRun, "Say what would be done, and write nothing");
 	Command.add_flag("--json", Words.Bake.bJson, "Print one JSON object");
@@ -86,7 +91,9 @@ EExitCode StartBake(FWords& Words)
 		return ExitUsage;
 	}
 	const bool bCanAsk = isatty(STDIN_FILENO) && isatty(STDERR_FILENO) && Words.Bake.Inputs.size() == 1;
-	Words.Bake.Shared = !Words.Shared.empty() ? Answers.at(Words.Shared) : bCanAsk ? ESharedAnswer::Ask : ESharedAnswer::Duplicate;
+	Words.Bake.Shared = !Words.Shared.empty() ? Answers.at(Words.Shared)
+						: bCanAsk             ? ESharedAnswer::Ask
+											  : ESharedAnswer::Duplicate;
 	if (!Words.Position.empty())
 	{
 		Words.Bake.Command = ESceneCommand::SetPivot;
@@ -103,7 +110,9 @@ int main(int ArgumentCount, char** Arguments)
 	// A file that grows beyond a limit is a write that fails, and is reported as one.
 	std::signal(SIGXFSZ, SIG_IGN);
 	FWords Words;
-	CLI::App App("Bakes rotation, scale and pivots of placed nodes into the meshes of glTF 2.0 scenes, so that nothing moves.", "tarvin");
+	CLI::App App(
+		"Bakes rotation, scale and pivots of placed nodes into the meshes of glTF 2.0 scenes, so that nothing moves.",
+		"tarvin");
 	App.require_subcommand(0, 1);
 	App.set_version_flag("--version", "tarvin " TARVIN_VERSION);
 	App.footer("Exit codes: 0 done; 1 done, but something was left unbaked; 2 usage; 3 input unreadable;\n"
@@ -142,7 +151,8 @@ int main(int ArgumentCount, char** Arguments)
 	}
 	if (!Document.empty())
 	{
-		std::fputs((Document == "man" ? CommandDocuments::ManPage(App) : CommandDocuments::BashCompletion(App)).c_str(), stdout);
+		std::fputs((Document == "man" ? CommandDocuments::ManPage(App) : CommandDocuments::BashCompletion(App)).c_str(),
+			stdout);
 		return ExitDone;
 	}
 	if (App.get_subcommands().empty())

@@ -10,8 +10,8 @@
 /// The node's name with those of its parents before it, "Yard/Shed/Door".
 std::string NodePath(const FGltfDocument& Document, FGltfIndex Node);
 
-/// Which nodes one of the patterns matches: its name, or, where the pattern has a "/", its path. `*`, `?` and `[…]` as in a shell.
-/// Without patterns, all. Fails with the first pattern that matches nothing.
+/// Which nodes one of the patterns matches: its name, or, where the pattern has a "/", its path. `*`, `?` and `[…]` as
+/// in a shell. Without patterns, all. Fails with the first pattern that matches nothing.
 struct FNodeChoice
 {
 	std::vector<bool> bChosen;

@@ -18,7 +18,8 @@ FBuilderGeometry MakeBuilderBox(const std::array<float, 3>& Min, const std::arra
 			const std::size_t U = (Axis + (bHigh ? 1 : 2)) % 3;
 			const std::size_t V = (Axis + (bHigh ? 2 : 1)) % 3;
 			const std::uint16_t First = std::uint16_t(Box.Positions.size());
-			for (const auto& [bU, bV] : {std::pair(false, false), std::pair(true, false), std::pair(true, true), std::pair(false, true)})
+			for (const auto& [bU, bV] :
+				{std::pair(false, false), std::pair(true, false), std::pair(true, true), std::pair(false, true)})
 			{
 				std::array<float, 3> Corner;
 				Corner[Axis] = bHigh ? Max[Axis] : Min[Axis];
@@ -66,12 +67,14 @@ std::vector<float> Flatten(const std::vector<std::array<float, 3>>& Vectors)
 }
 } // namespace
 
-int FSceneBuilder::AddAccessor(
-	const std::string& Bytes, int ComponentType, std::size_t Count, const char* Type, int Target, const std::string& More)
+int FSceneBuilder::AddAccessor(const std::string& Bytes, int ComponentType, std::size_t Count, const char* Type,
+	int Target, const std::string& More)
 {
 	Buffer.resize((Buffer.size() + 3) / 4 * 4);
 	FJsonObject View;
-	View.Integer("buffer", 0).Integer("byteOffset", std::int64_t(Buffer.size())).Integer("byteLength", std::int64_t(Bytes.size()));
+	View.Integer("buffer", 0)
+		.Integer("byteOffset", std::int64_t(Buffer.size()))
+		.Integer("byteLength", std::int64_t(Bytes.size()));
 	if (Target != 0)
 	{
 		View.Integer("target", Target);
@@ -103,7 +106,8 @@ int FSceneBuilder::AddFloats(const std::vector<float>& Values, const char* Type,
 		Bounds = ",\"min\":" + JsonWrite::Array(Min) + ",\"max\":" + JsonWrite::Array(Max);
 	}
 	const bool bVertices = NumComponents == 3 || NumComponents == 4;
-	return AddAccessor(BytesOf(Values), 5126, Values.size() / NumComponents, Type, bVertices ? VertexTarget : 0, Bounds);
+	return AddAccessor(
+		BytesOf(Values), 5126, Values.size() / NumComponents, Type, bVertices ? VertexTarget : 0, Bounds);
 }
 
 int FSceneBuilder::AddShorts(const std::vector<std::uint16_t>& Values, const char* Type, int Target)
@@ -116,13 +120,13 @@ int FSceneBuilder::AddBytes(const std::vector<std::uint8_t>& Values, const char*
 	return AddAccessor(BytesOf(Values), 5121, Values.size() / ComponentsOf(Type), Type, VertexTarget, "");
 }
 
-int FSceneBuilder::AddMesh(const std::string& Name, const FBuilderGeometry& Geometry, int Material, const std::string& Members,
-	const std::string& Attributes)
+int FSceneBuilder::AddMesh(const std::string& Name, const FBuilderGeometry& Geometry, int Material,
+	const std::string& Members, const std::string& Attributes)
 {
 	const int Positions = AddFloats(Flatten(Geometry.Positions), "VEC3", true);
 	const int Normals = AddFloats(Flatten(Geometry.Normals), "VEC3", false);
-	std::string Primitive = "{\"attributes\":{\"POSITION\":" + std::to_string(Positions) + ",\"NORMAL\":" + std::to_string(Normals) +
-		Attributes + "}";
+	std::string Primitive = "{\"attributes\":{\"POSITION\":" + std::to_string(Positions) +
+							",\"NORMAL\":" + std::to_string(Normals) + Attributes + "}";
 	if (!Geometry.Indices.empty())
 	{
 		Primitive += ",\"indices\":" + std::to_string(AddShorts(Geometry.Indices, "SCALAR", IndexTarget));
@@ -135,11 +139,12 @@ int FSceneBuilder::AddMesh(const std::string& Name, const FBuilderGeometry& Geom
 int FSceneBuilder::AddMaterial(const std::string& Name, const std::array<double, 3>& Color)
 {
 	const std::array<double, 4> Base = {Color[0], Color[1], Color[2], 1.0};
-	Materials.push_back(FJsonObject()
-							.String("name", Name)
-							.Raw("pbrMetallicRoughness",
-								FJsonObject().Raw("baseColorFactor", JsonWrite::Array(Base)).Number("metallicFactor", 0.0).Text())
-							.Text());
+	Materials.push_back(
+		FJsonObject()
+			.String("name", Name)
+			.Raw("pbrMetallicRoughness",
+				FJsonObject().Raw("baseColorFactor", JsonWrite::Array(Base)).Number("metallicFactor", 0.0).Text())
+			.Text());
 	return int(Materials.size()) - 1;
 }
 
@@ -177,7 +182,9 @@ std::string FSceneBuilder::Json(const std::vector<int>& Roots, bool bBinary) con
 	Scene.Integer("scene", 0);
 	Scene.Raw("scenes", JsonArray({FJsonObject().String("name", "Yard").Raw("nodes", JsonArray(RootNodes)).Text()}));
 	Scene.Raw("nodes", JsonArray(Nodes)).Raw("meshes", JsonArray(Meshes)).Raw("materials", JsonArray(Materials));
-	Scene.Raw("accessors", JsonArray(Accessors)).Raw("bufferViews", JsonArray(Views)).Raw("buffers", JsonArray({BufferObject.Text()}));
+	Scene.Raw("accessors", JsonArray(Accessors))
+		.Raw("bufferViews", JsonArray(Views))
+		.Raw("buffers", JsonArray({BufferObject.Text()}));
 	std::string Text = Scene.Text();
 	const std::string More = Root.Text();
 	if (More.size() > 2)

@@ -28,8 +28,8 @@ public:
 	int AddBytes(const std::vector<std::uint8_t>& Values, const char* Type);
 
 	/// A mesh of one primitive. `Attributes` adds members to its attributes (`,"JOINTS_0":7`), `Members` to the mesh.
-	int AddMesh(const std::string& Name, const FBuilderGeometry& Geometry, int Material, const std::string& Members = {},
-		const std::string& Attributes = {});
+	int AddMesh(const std::string& Name, const FBuilderGeometry& Geometry, int Material,
+		const std::string& Members = {}, const std::string& Attributes = {});
 	int AddMaterial(const std::string& Name, const std::array<double, 3>& Color);
 
 	/// A node from its members beside the name.
@@ -43,7 +43,8 @@ public:
 	std::string Finish(const std::vector<int>& Roots, bool bBinary) const;
 
 private:
-	int AddAccessor(const std::string& Bytes, int ComponentType, std::size_t Count, const char* Type, int Target, const std::string& More);
+	int AddAccessor(const std::string& Bytes, int ComponentType, std::size_t Count, const char* Type, int Target,
+		const std::string& More);
 	std::string Json(const std::vector<int>& Roots, bool bBinary) const;
 
 	std::string Buffer;

@@ -54,24 +54,28 @@ std::string ToText(const FSceneDeviation& Deviation)
 	{
 		if (!Node.Difference.empty())
 		{
-			Text += "  node " + std::to_string(Node.Node) + " '" + PrintableText(Node.Name) + "' " + Node.Difference + "\n";
+			Text +=
+				"  node " + std::to_string(Node.Node) + " '" + PrintableText(Node.Name) + "' " + Node.Difference + "\n";
 		}
 	}
 	return Text + "Largest deviation " + Short(Deviation.Position) + " of a size of " + Short(Deviation.Size) + " (" +
-		Short(Deviation.RelativePosition()) + "), normals " + Short(Deviation.Normal) + " rad, " +
-		std::to_string(Deviation.NumFlipped) + " triangle(s) turned over, " + std::to_string(Deviation.NumDifferent) +
-		" node(s) that cannot be compared" +
-		(Deviation.NumUnreadable > 0 ? ", " + std::to_string(Deviation.NumUnreadable) + " that neither scene can show\n" : "\n");
+		   Short(Deviation.RelativePosition()) + "), normals " + Short(Deviation.Normal) + " rad, " +
+		   std::to_string(Deviation.NumFlipped) + " triangle(s) turned over, " +
+		   std::to_string(Deviation.NumDifferent) + " node(s) that cannot be compared" +
+		   (Deviation.NumUnreadable > 0
+				   ? ", " + std::to_string(Deviation.NumUnreadable) + " that neither scene can show\n"
+				   : "\n");
 }
 
 std::string ToText(const FBakeReport& Report, const FBakeOptions& Options)
 {
 	const bool bPivot = Options.Command == ESceneCommand::SetPivot;
 	std::string Text = PrintableText(Report.Input) + (Options.bDryRun ? " (dry run)" : "") + ": " +
-		Count(Report.Count(ENodeOutcome::Baked), bPivot ? "node(s) re-pivoted" : "node(s) baked") + ", " +
-		Count(int(Report.NewAssets.size()), "new asset(s)") + ", " +
-		Count(Report.Count(ENodeOutcome::NothingToBake), "with nothing to bake") + ", " +
-		Count(Report.Count(ENodeOutcome::LeftOut), "left out") + ", " + Count(Report.Count(ENodeOutcome::NotBaked), "not baked") + "\n";
+					   Count(Report.Count(ENodeOutcome::Baked), bPivot ? "node(s) re-pivoted" : "node(s) baked") +
+					   ", " + Count(int(Report.NewAssets.size()), "new asset(s)") + ", " +
+					   Count(Report.Count(ENodeOutcome::NothingToBake), "with nothing to bake") + ", " +
+					   Count(Report.Count(ENodeOutcome::LeftOut), "left out") + ", " +
+					   Count(Report.Count(ENodeOutcome::NotBaked), "not baked") + "\n";
 	Text += ByReason(Report, ENodeOutcome::LeftOut, "left out");
 	Text += ByReason(Report, ENodeOutcome::NotBaked, "not baked");
 	for (const std::string& Warning : Report.Warnings)
@@ -88,7 +92,8 @@ std::string ToText(const FBakeReport& Report, const FBakeOptions& Options)
 	}
 	if (!Options.bDryRun)
 	{
-		Text += std::string("  ") + (Report.bWritten ? "written to " : "unchanged: ") + PrintableText(Report.Output) + "\n";
+		Text +=
+			std::string("  ") + (Report.bWritten ? "written to " : "unchanged: ") + PrintableText(Report.Output) + "\n";
 	}
 	return Text;
 }

@@ -25,8 +25,8 @@ double NormalizedAngle(double Angle)
 bool IsRotated(const FRotator& Rotation)
 {
 	return std::abs(NormalizedAngle(Rotation.Pitch)) > TarvinTolerance::Equal ||
-		std::abs(NormalizedAngle(Rotation.Yaw)) > TarvinTolerance::Equal ||
-		std::abs(NormalizedAngle(Rotation.Roll)) > TarvinTolerance::Equal;
+		   std::abs(NormalizedAngle(Rotation.Yaw)) > TarvinTolerance::Equal ||
+		   std::abs(NormalizedAngle(Rotation.Roll)) > TarvinTolerance::Equal;
 }
 
 /// Where an element with this rotation and centre comes to lie.
@@ -87,7 +87,7 @@ void BakeConvex(FKConvexElem& Convex, const FTransform& Bake)
 int32 CountUnsupported(const FKAggregateGeom& Geometry)
 {
 	return Geometry.TaperedCapsuleElems.Num() + Geometry.LevelSetElems.Num() + Geometry.SkinnedLevelSetElems.Num() +
-		Geometry.MLLevelSetElems.Num() + Geometry.SkinnedTriangleMeshElems.Num();
+		   Geometry.MLLevelSetElems.Num() + Geometry.SkinnedTriangleMeshElems.Num();
 }
 
 /// Transforms every supported shape, and says whether one of them cannot be exact.
@@ -131,11 +131,12 @@ void TarvinCollisionBake::BakeSockets(UStaticMesh* Mesh, const FTransform& BakeT
 		{
 			Stats.bSocketsApproximate = true;
 			HOST_LOG(LogTarvinOp, Warning,
-				TEXT("%s: socket '%s' is rotated and the bake scale is non-uniform -- result is approximate"), *Mesh->GetName(),
-				*Socket->SocketName.ToString());
+				TEXT("%s: socket '%s' is rotated and the bake scale is non-uniform -- result is approximate"),
+				*Mesh->GetName(), *Socket->SocketName.ToString());
 		}
 		const FTransform Placement =
-			FTransform(Socket->RelativeRotation.Quaternion(), Socket->RelativeLocation, Socket->RelativeScale) * BakeTransform;
+			FTransform(Socket->RelativeRotation.Quaternion(), Socket->RelativeLocation, Socket->RelativeScale) *
+			BakeTransform;
 		Socket->RelativeLocation = Placement.GetTranslation();
 		Socket->RelativeRotation = Placement.GetRotation().Rotator();
 		Socket->RelativeScale = Placement.GetScale3D();
@@ -156,23 +157,24 @@ void TarvinCollisionBake::BakeSimpleCollision(
 	FKAggregateGeom& Geometry = BodySetup->AggGeom;
 	const bool bShapesApproximate = BakeShapes(Geometry, BakeTransform);
 	Stats.bCollisionApproximate = Stats.bCollisionApproximate || bShapesApproximate;
-	Stats.NumCollisionElemsBaked += Geometry.SphereElems.Num() + Geometry.BoxElems.Num() + Geometry.SphylElems.Num() +
-		Geometry.ConvexElems.Num();
+	Stats.NumCollisionElemsBaked +=
+		Geometry.SphereElems.Num() + Geometry.BoxElems.Num() + Geometry.SphylElems.Num() + Geometry.ConvexElems.Num();
 
 	const bool bWasApproximate = Stats.bCollisionApproximate;
 	if (const int32 NumUnsupported = CountUnsupported(Geometry); NumUnsupported > 0)
 	{
 		Stats.bCollisionApproximate = true;
 		HOST_LOG(LogTarvinOp, Warning,
-			TEXT("%s: %d collision element(s) (tapered capsule / level set / skinned) were not transformed -- they keep their old "
+			TEXT("%s: %d collision element(s) (tapered capsule / level set / skinned) were not transformed -- they "
+				 "keep their old "
 				 "transform"),
 			*Mesh->GetName(), NumUnsupported);
 	}
 	if (bWasApproximate)
 	{
 		HOST_LOG(LogTarvinOp, Warning,
-			TEXT("%s: non-uniform scale (%s) -- sphere / capsule / rotated box collision is approximate"), *Mesh->GetName(),
-			*BakeTransform.GetScale3D().ToString());
+			TEXT("%s: non-uniform scale (%s) -- sphere / capsule / rotated box collision is approximate"),
+			*Mesh->GetName(), *BakeTransform.GetScale3D().ToString());
 	}
 	BodySetup->InvalidatePhysicsData();
 	if (bRecreatePhysicsNow)

@@ -8,7 +8,7 @@ namespace
 bool IsSameBake(const FTransform& A, const FTransform& B)
 {
 	return TarvinTolerance::IsSameRotation(A.GetRotation(), B.GetRotation()) &&
-		TarvinTolerance::IsSameScale(A.GetScale3D(), B.GetScale3D());
+		   TarvinTolerance::IsSameScale(A.GetScale3D(), B.GetScale3D());
 }
 } // namespace
 

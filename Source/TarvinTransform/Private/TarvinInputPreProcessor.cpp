@@ -29,13 +29,15 @@ bool FTarvinInputPreProcessor::HandleKeyDownEvent(FSlateApplication&, const FKey
 	{
 		return false;
 	}
-	const FInputChord Chord(Event.GetKey(), Event.IsShiftDown(), Event.IsControlDown(), Event.IsAltDown(), Event.IsCommandDown());
+	const FInputChord Chord(
+		Event.GetKey(), Event.IsShiftDown(), Event.IsControlDown(), Event.IsAltDown(), Event.IsCommandDown());
 	const TSharedPtr<FUICommandInfo> Command = FindCommandByChord(Chord);
 	if (!Command.IsValid() || !ShouldIntercept(GatherInterceptState()))
 	{
 		return false;
 	}
-	const FLevelEditorModule* const LevelEditor = FModuleManager::Get().GetModulePtr<FLevelEditorModule>(TEXT("LevelEditor"));
+	const FLevelEditorModule* const LevelEditor =
+		FModuleManager::Get().GetModulePtr<FLevelEditorModule>(TEXT("LevelEditor"));
 	if (!LevelEditor)
 	{
 		return false;
@@ -57,9 +59,8 @@ TSharedPtr<FUICommandInfo> FTarvinInputPreProcessor::FindCommandByChord(const FI
 	}
 	for (const TSharedPtr<FUICommandInfo>& Command : FTarvinTransformCommands::GetAllCommands())
 	{
-		if (Command.IsValid() &&
-			(Command->GetActiveChord(EMultipleKeyBindingIndex::Primary) == Chord ||
-				Command->GetActiveChord(EMultipleKeyBindingIndex::Secondary) == Chord))
+		if (Command.IsValid() && (Command->GetActiveChord(EMultipleKeyBindingIndex::Primary) == Chord ||
+									 Command->GetActiveChord(EMultipleKeyBindingIndex::Secondary) == Chord))
 		{
 			return Command;
 		}

@@ -11,8 +11,8 @@ struct FTarvinInterceptState
 	bool bHasStaticMeshSelected = false; ///< a selected actor has a static-mesh component with a mesh
 };
 
-/// Runs the module's commands from their chords before the focused widget sees the key, where that makes sense: a static mesh is selected, no
-/// text is being typed and no play session runs. All other events pass.
+/// Runs the module's commands from their chords before the focused widget sees the key, where that makes sense: a
+/// static mesh is selected, no text is being typed and no play session runs. All other events pass.
 class FTarvinInputPreProcessor : public IInputProcessor
 {
 public:
@@ -20,8 +20,8 @@ public:
 	bool HandleKeyDownEvent(FSlateApplication& Application, const FKeyEvent& Event) override;
 	const TCHAR* GetDebugName() const override;
 
-	/// The first command that has the chord as one of its active ones; empty for none, and for a chord without a key or of a modifier key
-	/// alone.
+	/// The first command that has the chord as one of its active ones; empty for none, and for a chord without a key or
+	/// of a modifier key alone.
 	static TSharedPtr<FUICommandInfo> FindCommandByChord(const FInputChord& Chord);
 
 	static FTarvinInterceptState GatherInterceptState();

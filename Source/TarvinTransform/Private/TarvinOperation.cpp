@@ -56,6 +56,9 @@ FTarvinOperation FTarvinOperation::SetPivot(ETarvinPivotPosition Position)
 	Operation.bRejectUnrepresentableParent = false;
 	Operation.TransactionText = NSLOCTEXT("TarvinTransform", "TarvinPivotTransaction", "Set Pivot");
 	Operation.FormatSummary = [Position](int32 BakedCount)
-	{ return FString::Printf(TEXT("Pivot moved to %s on %d mesh(es)"), TarvinPivot::GetPositionName(Position), BakedCount); };
+	{
+		return FString::Printf(
+			TEXT("Pivot moved to %s on %d mesh(es)"), TarvinPivot::GetPositionName(Position), BakedCount);
+	};
 	return Operation;
 }

@@ -6,8 +6,8 @@
 
 const TCHAR* TarvinPivot::GetPositionName(ETarvinPivotPosition Position)
 {
-	static constexpr const TCHAR* Names[] = {TEXT("center"), TEXT("bottom"), TEXT("top"), TEXT("left"), TEXT("right"), TEXT("front"),
-		TEXT("back"), TEXT("world origin")};
+	static constexpr const TCHAR* Names[] = {TEXT("center"), TEXT("bottom"), TEXT("top"), TEXT("left"), TEXT("right"),
+		TEXT("front"), TEXT("back"), TEXT("world origin")};
 	const uint8 Index = static_cast<uint8>(Position);
 	return Index < sizeof(Names) / sizeof(Names[0]) ? Names[Index] : TEXT("unknown");
 }

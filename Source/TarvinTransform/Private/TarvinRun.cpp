@@ -63,7 +63,10 @@ class FTarvinRun
 public:
 	FTarvinRun(const TArray<FTarvinItem>& InItems, UWorld* InWorld, const FTarvinOnSharedAsset& InOnSharedAsset,
 		const FTarvinOperation& InOperation)
-		: Items(InItems), World(InWorld), OnSharedAsset(InOnSharedAsset), Operation(InOperation)
+		: Items(InItems)
+		, World(InWorld)
+		, OnSharedAsset(InOnSharedAsset)
+		, Operation(InOperation)
 	{
 		for (const FTarvinItem& Item : Items)
 		{
@@ -94,7 +97,8 @@ public:
 			++Result.NotBaked;
 			if (bDuplicated)
 			{
-				HOST_LOG(LogTarvinAction, Warning, TEXT("%s: bake failed -- the duplicate that was created is left behind, unused"),
+				HOST_LOG(LogTarvinAction, Warning,
+					TEXT("%s: bake failed -- the duplicate that was created is left behind, unused"),
 					*Target->GetPathName());
 			}
 			return;
@@ -116,7 +120,8 @@ public:
 		}
 		CollectChildren();
 		// Parents first: a restored child must be back in its place before a baked component below it gets its own.
-		Pending.StableSort([](const FTarvinPendingTransform& A, const FTarvinPendingTransform& B) { return A.Depth < B.Depth; });
+		Pending.StableSort(
+			[](const FTarvinPendingTransform& A, const FTarvinPendingTransform& B) { return A.Depth < B.Depth; });
 		for (const FTarvinPendingTransform& Record : Pending)
 		{
 			USceneComponent* const Component = Resolve(Record.Component);
@@ -159,7 +164,8 @@ private:
 			OutTarget = FTarvinAssetDuplicator::Duplicate(Source);
 			if (!OutTarget)
 			{
-				HOST_LOG(LogTarvinAction, Warning, TEXT("%s: duplicate could not be created -- skipped"), *NameOf(Source));
+				HOST_LOG(
+					LogTarvinAction, Warning, TEXT("%s: duplicate could not be created -- skipped"), *NameOf(Source));
 			}
 			return OutTarget != nullptr;
 		default:
@@ -167,7 +173,8 @@ private:
 		}
 	}
 
-	/// What `FTarvinSelectionAction::CountOtherUsers` says, counted for all meshes at once: the run itself changes selected components only.
+	/// What `FTarvinSelectionAction::CountOtherUsers` says, counted for all meshes at once: the run itself changes
+	/// selected components only.
 	int32 CountOtherUsers(UStaticMesh* Mesh)
 	{
 		if (!Mesh || !World)
@@ -178,7 +185,8 @@ private:
 		{
 			OtherUsersOfMesh.Empty();
 			ForEachOtherUser(SelectedComponents, World,
-				[this](const UStaticMeshComponent& Component) { ++OtherUsersOfMesh.FindOrAdd(Component.GetStaticMesh()); });
+				[this](const UStaticMeshComponent& Component)
+				{ ++OtherUsersOfMesh.FindOrAdd(Component.GetStaticMesh()); });
 			bCounted = true;
 		}
 		const int32* const Count = OtherUsersOfMesh.Find(Mesh);
@@ -201,8 +209,8 @@ private:
 		++Result.ComponentsUpdated;
 	}
 
-	/// Adds the direct children of the baked components that are not baked themselves, with the places that they have now, before anything
-	/// has moved. What is deeper follows them.
+	/// Adds the direct children of the baked components that are not baked themselves, with the places that they have
+	/// now, before anything has moved. What is deeper follows them.
 	void CollectChildren()
 	{
 		TSet<USceneComponent*> BakedComponents;
@@ -260,16 +268,16 @@ private:
 };
 } // namespace
 
-FTarvinRunResult FTarvinSelectionAction::Run(
-	const TArray<FTarvinItem>& Items, UWorld* World, const FTarvinOnSharedAsset& OnSharedAsset, const FTarvinOperation& Operation)
+FTarvinRunResult FTarvinSelectionAction::Run(const TArray<FTarvinItem>& Items, UWorld* World,
+	const FTarvinOnSharedAsset& OnSharedAsset, const FTarvinOperation& Operation)
 {
 	if (Items.IsEmpty())
 	{
 		return FTarvinRunResult();
 	}
 	FTarvinTransformOp::BeginUndoTrackedBatch();
-	const TArray<FTarvinGroup> Groups = FTarvinGrouping::Build(
-		Items, [&Operation](const FTarvinItem& Item, FTransform& OutBake) { return Operation.ComputeBake(Item, OutBake); });
+	const TArray<FTarvinGroup> Groups = FTarvinGrouping::Build(Items,
+		[&Operation](const FTarvinItem& Item, FTransform& OutBake) { return Operation.ComputeBake(Item, OutBake); });
 	FTarvinRun ThisRun(Items, World, OnSharedAsset, Operation);
 
 	FScopedTransaction Transaction(TEXT("TarvinTransform"), Operation.TransactionText, nullptr, true);
@@ -285,19 +293,22 @@ FTarvinRunResult FTarvinSelectionAction::Run(
 	return ThisRun.GetResult();
 }
 
-int32 FTarvinSelectionAction::CountOtherUsers(UStaticMesh* Mesh, const TSet<UStaticMeshComponent*>& Selected, UWorld* World)
+int32 FTarvinSelectionAction::CountOtherUsers(
+	UStaticMesh* Mesh, const TSet<UStaticMeshComponent*>& Selected, UWorld* World)
 {
 	if (!Mesh || !World)
 	{
 		return 0;
 	}
 	int32 Count = 0;
-	ForEachOtherUser(
-		Selected, World, [&](const UStaticMeshComponent& Component) { Count += Component.GetStaticMesh() == Mesh ? 1 : 0; });
+	ForEachOtherUser(Selected, World,
+		[&](const UStaticMeshComponent& Component) { Count += Component.GetStaticMesh() == Mesh ? 1 : 0; });
 	return Count;
 }
 
-ETarvinSharedAssetChoice FTarvinSelectionAction::ResolveRememberedChoice(ETarvinSharedAssetChoice Remembered, bool bInPlaceAllowed)
+ETarvinSharedAssetChoice FTarvinSelectionAction::ResolveRememberedChoice(
+	ETarvinSharedAssetChoice Remembered, bool bInPlaceAllowed)
 {
-	return Remembered == ETarvinSharedAssetChoice::ApplyToAll && !bInPlaceAllowed ? ETarvinSharedAssetChoice::Duplicate : Remembered;
+	return Remembered == ETarvinSharedAssetChoice::ApplyToAll && !bInPlaceAllowed ? ETarvinSharedAssetChoice::Duplicate
+																				  : Remembered;
 }

@@ -13,8 +13,8 @@ namespace
 constexpr float ToastDuration = 4.0f;
 
 /// Adds the item that the component makes, or counts why it makes none.
-void GatherComponent(
-	UStaticMeshComponent* Component, FTarvinRunResult& Skips, const FTarvinOperation& Operation, TArray<FTarvinItem>& Items)
+void GatherComponent(UStaticMeshComponent* Component, FTarvinRunResult& Skips, const FTarvinOperation& Operation,
+	TArray<FTarvinItem>& Items)
 {
 	if (Component->IsA<UInstancedStaticMeshComponent>())
 	{
@@ -32,7 +32,8 @@ void GatherComponent(
 	{
 		++Skips.SkippedUnrepresentable;
 		HOST_LOG(LogTarvinAction, Warning,
-			TEXT("%s: parent combines non-uniform scale with rotation -- the residual cannot be represented as an FTransform, skipped"),
+			TEXT("%s: parent combines non-uniform scale with rotation -- the residual cannot be represented as an "
+				 "FTransform, skipped"),
 			*Component->GetPathName());
 	}
 	else
@@ -47,16 +48,17 @@ UWorld* EditorWorld()
 	return IsValid(World) ? World : nullptr;
 }
 
-FString MakeMessage(const FTarvinOperation& Operation, bool bNoItems, const FTarvinRunResult& Gathered, const FTarvinRunResult& Run)
+FString MakeMessage(
+	const FTarvinOperation& Operation, bool bNoItems, const FTarvinRunResult& Gathered, const FTarvinRunResult& Run)
 {
-	const int32 NumSkipped =
-		Gathered.SkippedInstanced + Gathered.SkippedBlueprint + Gathered.SkippedNoMesh + Gathered.SkippedUnrepresentable;
+	const int32 NumSkipped = Gathered.SkippedInstanced + Gathered.SkippedBlueprint + Gathered.SkippedNoMesh +
+							 Gathered.SkippedUnrepresentable;
 	if (bNoItems && NumSkipped == 0)
 	{
 		return TEXT("No static mesh selected");
 	}
-	FString Message =
-		Operation.FormatSummary ? Operation.FormatSummary(Run.Baked) : FString::Printf(TEXT("Baked %d mesh(es)"), Run.Baked);
+	FString Message = Operation.FormatSummary ? Operation.FormatSummary(Run.Baked)
+											  : FString::Printf(TEXT("Baked %d mesh(es)"), Run.Baked);
 	const auto AppendIfAny = [&Message](int32 Count, const FString& Text)
 	{
 		if (Count > 0)
@@ -71,7 +73,8 @@ FString MakeMessage(const FTarvinOperation& Operation, bool bNoItems, const FTar
 	AppendIfAny(Gathered.SkippedNoMesh,
 		FString::Printf(TEXT(" \u00B7 %d component(s) without a mesh skipped"), Gathered.SkippedNoMesh));
 	AppendIfAny(Gathered.SkippedUnrepresentable,
-		FString::Printf(TEXT(" \u00B7 %d skipped (rotated, non-uniformly scaled parent)"), Gathered.SkippedUnrepresentable));
+		FString::Printf(
+			TEXT(" \u00B7 %d skipped (rotated, non-uniformly scaled parent)"), Gathered.SkippedUnrepresentable));
 	AppendIfAny(Run.Duplicated, FString::Printf(TEXT(" \u00B7 %d new asset(s)"), Run.Duplicated));
 	AppendIfAny(Run.NotBaked, FString::Printf(TEXT(" \u00B7 %d asset(s) not baked"), Run.NotBaked));
 	return Message;
@@ -120,7 +123,8 @@ void FTarvinSelectionAction::Execute(const FTarvinOperation& Operation)
 	FSlateNotificationManager::Get().AddNotification(Toast);
 }
 
-TArray<FTarvinItem> FTarvinSelectionAction::GatherFromSelection(FTarvinRunResult& Skips, const FTarvinOperation& Operation)
+TArray<FTarvinItem> FTarvinSelectionAction::GatherFromSelection(
+	FTarvinRunResult& Skips, const FTarvinOperation& Operation)
 {
 	TArray<FTarvinItem> Items;
 	const USelection* const Selection = GEditor ? GEditor->GetSelectedActors() : nullptr;
@@ -148,5 +152,5 @@ bool FTarvinSelectionAction::HasUnrepresentableParent(const USceneComponent* Com
 	}
 	const FTransform& World = Parent->GetComponentTransform();
 	return !TarvinTolerance::IsUniformScale(World.GetScale3D()) &&
-		!TarvinTolerance::IsSameRotation(World.GetRotation(), FQuat::Identity);
+		   !TarvinTolerance::IsSameRotation(World.GetRotation(), FQuat::Identity);
 }

@@ -13,14 +13,15 @@ FText MakeBody(const UStaticMesh& Mesh, int32 OtherUsers, bool bInPlaceAllowed)
 	const FText Name = FText::FromString(Mesh.GetName());
 	if (bInPlaceAllowed)
 	{
-		return FText::Format(NSLOCTEXT("TarvinTransform", "SharedBody",
-								 "'{0}' is also used by {1} other actor(s).\n\nBaking in place changes those actors too."),
+		return FText::Format(
+			NSLOCTEXT("TarvinTransform", "SharedBody",
+				"'{0}' is also used by {1} other actor(s).\n\nBaking in place changes those actors too."),
 			Name, FText::AsNumber(OtherUsers));
 	}
-	return FText::Format(
-		NSLOCTEXT("TarvinTransform", "ConflictBody",
-			"'{0}' appears in the selection with two different rotation/scale values.\n\nOne mesh cannot be two shapes, so only a "
-			"duplicate is possible."),
+	return FText::Format(NSLOCTEXT("TarvinTransform", "ConflictBody",
+							 "'{0}' appears in the selection with two different rotation/scale values.\n\nOne mesh "
+							 "cannot be two shapes, so only a "
+							 "duplicate is possible."),
 		Name);
 }
 
@@ -48,17 +49,19 @@ ETarvinSharedAssetChoice TarvinSharedAssetPrompt::Ask(
 		SNew(SCustomDialog)
 			.Title(NSLOCTEXT("TarvinTransform", "SharedTitle", "Morvel Mesh Transform"))
 			.Buttons(MakeButtons(bInPlaceAllowed))
-			.Content()
-				[SNew(SBox).MaxDesiredWidth(MaxContentWidth)
-						[SNew(SVerticalBox) +
-							SVerticalBox::Slot().AutoHeight().Padding(0.0f, 0.0f, 0.0f, 12.0f)
-								[SNew(STextBlock).Text(MakeBody(*Mesh, OtherUsers, bInPlaceAllowed)).AutoWrapText(true)] +
-							SVerticalBox::Slot().AutoHeight()
-								[SAssignNew(ApplyToRest, SCheckBox)
-										.IsChecked(*OutApplyToRest ? ECheckBoxState::Checked : ECheckBoxState::Unchecked)
-											[SNew(STextBlock)
-													.Text(NSLOCTEXT("TarvinTransform", "ApplyToRest",
-														"Apply this answer to the remaining assets"))]]]];
+			.Content()[SNew(SBox).MaxDesiredWidth(
+				MaxContentWidth)[SNew(SVerticalBox) +
+								 SVerticalBox::Slot().AutoHeight().Padding(
+									 0.0f, 0.0f, 0.0f, 12.0f)[SNew(STextBlock)
+																  .Text(MakeBody(*Mesh, OtherUsers, bInPlaceAllowed))
+																  .AutoWrapText(true)] +
+								 SVerticalBox::Slot().AutoHeight()
+									 [SAssignNew(ApplyToRest, SCheckBox)
+											 .IsChecked(*OutApplyToRest ? ECheckBoxState::Checked
+																		: ECheckBoxState::Unchecked)
+												 [SNew(STextBlock)
+														 .Text(NSLOCTEXT("TarvinTransform", "ApplyToRest",
+															 "Apply this answer to the remaining assets"))]]]];
 	const int32 Pressed = Dialog->ShowModal();
 	*OutApplyToRest = ApplyToRest->GetCheckedState() == ECheckBoxState::Checked;
 	if (Pressed == 0)

@@ -6,9 +6,9 @@
 bool TarvinTolerance::IsSameRotation(const FQuat& A, const FQuat& B)
 {
 	const bool bSame = std::abs(A.X - B.X) <= Equal && std::abs(A.Y - B.Y) <= Equal && std::abs(A.Z - B.Z) <= Equal &&
-		std::abs(A.W - B.W) <= Equal;
-	const bool bNegated = std::abs(A.X + B.X) <= Equal && std::abs(A.Y + B.Y) <= Equal && std::abs(A.Z + B.Z) <= Equal &&
-		std::abs(A.W + B.W) <= Equal;
+					   std::abs(A.W - B.W) <= Equal;
+	const bool bNegated = std::abs(A.X + B.X) <= Equal && std::abs(A.Y + B.Y) <= Equal &&
+						  std::abs(A.Z + B.Z) <= Equal && std::abs(A.W + B.W) <= Equal;
 	return bSame || bNegated;
 }
 

@@ -6,7 +6,8 @@
 /// The comparisons that several steps share. All of them look at absolute differences of single components.
 namespace TarvinTolerance
 {
-/// Rotations, scales and angles closer than this are equal. Single precision, widened: where it was chosen, it was a float.
+/// Rotations, scales and angles closer than this are equal. Single precision, widened: where it was chosen, it was a
+/// float.
 inline constexpr double Equal = double(1.e-4f);
 
 /// Scale components of absolute values closer than this make a scale uniform.

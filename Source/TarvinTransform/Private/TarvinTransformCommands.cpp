@@ -17,8 +17,8 @@ struct FCommandEntry
 } // namespace
 
 FTarvinTransformCommands::FTarvinTransformCommands()
-	: TCommands<FTarvinTransformCommands>(TEXT("TarvinTransform"), NSLOCTEXT("Contexts", "TarvinTransform", "Morvel Mesh Transform"),
-		  NAME_None, FAppStyle::GetAppStyleSetName())
+	: TCommands<FTarvinTransformCommands>(TEXT("TarvinTransform"),
+		  NSLOCTEXT("Contexts", "TarvinTransform", "Morvel Mesh Transform"), NAME_None, FAppStyle::GetAppStyleSetName())
 {
 }
 
@@ -28,8 +28,8 @@ void FTarvinTransformCommands::RegisterCommands()
 	const auto Pivot = [](const FKey& Key) { return FInputChord(EModifierKey::Control, Key); };
 	// The keypad layout is deliberate: bottom is 7 and top is 9, front is 2 and back is 8.
 	const FCommandEntry Entries[] = {
-		{&FSet::BakeTransform, TEXT("BakeTransform"), TEXT("BakeTransform_ToolTip"), ".BakeTransform", TEXT("Bake Transform"),
-			TEXT("Bakes the selected static mesh's rotation and scale into the mesh itself"),
+		{&FSet::BakeTransform, TEXT("BakeTransform"), TEXT("BakeTransform_ToolTip"), ".BakeTransform",
+			TEXT("Bake Transform"), TEXT("Bakes the selected static mesh's rotation and scale into the mesh itself"),
 			FInputChord(EModifierKey::Control | EModifierKey::Shift, EKeys::B)},
 		{&FSet::PivotCenter, TEXT("PivotCenter"), TEXT("PivotCenter_ToolTip"), ".PivotCenter", TEXT("Pivot to Center"),
 			TEXT("Moves the mesh pivot to the centre of its bounding box"), Pivot(EKeys::NumPadFive)},
@@ -50,16 +50,17 @@ void FTarvinTransformCommands::RegisterCommands()
 	};
 	for (const FCommandEntry& Entry : Entries)
 	{
-		MakeUICommand_InternalUseOnly(this, this->*Entry.Command, TEXT("FTarvinTransformCommands"), Entry.Name, Entry.ToolTipKey,
-			Entry.DotName, Entry.Label, Entry.Description, EUserInterfaceActionType::Button, Entry.Chord, FInputChord());
+		MakeUICommand_InternalUseOnly(this, this->*Entry.Command, TEXT("FTarvinTransformCommands"), Entry.Name,
+			Entry.ToolTipKey, Entry.DotName, Entry.Label, Entry.Description, EUserInterfaceActionType::Button,
+			Entry.Chord, FInputChord());
 	}
 }
 
 TArray<TSharedPtr<FUICommandInfo>> FTarvinTransformCommands::GetPivotCommands()
 {
 	const FTarvinTransformCommands& Set = Get();
-	return {Set.PivotCenter, Set.PivotBottom, Set.PivotTop, Set.PivotLeft, Set.PivotRight, Set.PivotFront, Set.PivotBack,
-		Set.PivotWorldOrigin};
+	return {Set.PivotCenter, Set.PivotBottom, Set.PivotTop, Set.PivotLeft, Set.PivotRight, Set.PivotFront,
+		Set.PivotBack, Set.PivotWorldOrigin};
 }
 
 TArray<TSharedPtr<FUICommandInfo>> FTarvinTransformCommands::GetAllCommands()

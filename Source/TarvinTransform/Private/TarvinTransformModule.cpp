@@ -28,7 +28,8 @@ void FTarvinTransformModule::StartupModule()
 {
 	FTarvinTransformCommands::Register();
 
-	CommandList = FModuleManager::Get().LoadModuleChecked<FLevelEditorModule>(TEXT("LevelEditor")).GetGlobalLevelEditorActions();
+	CommandList =
+		FModuleManager::Get().LoadModuleChecked<FLevelEditorModule>(TEXT("LevelEditor")).GetGlobalLevelEditorActions();
 	MapCommands();
 
 	if (UTransBuffer* const Buffer = FindTransactionBuffer())
@@ -41,7 +42,8 @@ void FTarvinTransformModule::StartupModule()
 		InputPreProcessor = MakeShared<FTarvinInputPreProcessor>();
 		FSlateApplication::Get().RegisterInputPreProcessor(InputPreProcessor);
 	}
-	ToolMenusStartupHandle = UToolMenus::RegisterStartupCallback(FSimpleDelegate::CreateStatic(&TarvinMenus::RegisterMenus));
+	ToolMenusStartupHandle =
+		UToolMenus::RegisterStartupCallback(FSimpleDelegate::CreateStatic(&TarvinMenus::RegisterMenus));
 }
 
 void FTarvinTransformModule::ShutdownModule()
@@ -76,7 +78,8 @@ void FTarvinTransformModule::MapCommands()
 	const TSharedPtr<FUICommandInfo> BakeTransform = FTarvinTransformCommands::Get().BakeTransform;
 	if (!CommandList->IsActionMapped(BakeTransform))
 	{
-		CommandList->MapAction(BakeTransform, FExecuteAction::CreateStatic(&FTarvinSelectionAction::ExecuteFromEditorSelection),
+		CommandList->MapAction(BakeTransform,
+			FExecuteAction::CreateStatic(&FTarvinSelectionAction::ExecuteFromEditorSelection),
 			EUIActionRepeatMode::RepeatDisabled);
 	}
 	const TArray<TSharedPtr<FUICommandInfo>> PivotCommands = FTarvinTransformCommands::GetPivotCommands();

@@ -22,7 +22,7 @@ TArray<FWeakObjectPtr>& TrackedMeshes()
 bool HasZeroScale(const FVector& Scale)
 {
 	return std::abs(Scale.X) <= TarvinTolerance::Zero || std::abs(Scale.Y) <= TarvinTolerance::Zero ||
-		std::abs(Scale.Z) <= TarvinTolerance::Zero;
+		   std::abs(Scale.Z) <= TarvinTolerance::Zero;
 }
 
 bool HasSourceGeometry(const UStaticMesh& Mesh)
@@ -91,8 +91,8 @@ void Rebuild(UStaticMesh& Mesh)
 }
 } // namespace
 
-bool FTarvinTransformOp::BakeIntoMesh(
-	UStaticMesh* Mesh, const FTransform& BakeTransform, const FTarvinTransformOptions& Options, FTarvinTransformStats& Stats)
+bool FTarvinTransformOp::BakeIntoMesh(UStaticMesh* Mesh, const FTransform& BakeTransform,
+	const FTarvinTransformOptions& Options, FTarvinTransformStats& Stats)
 {
 	if (!Mesh)
 	{
@@ -101,7 +101,8 @@ bool FTarvinTransformOp::BakeIntoMesh(
 	const FVector Scale = BakeTransform.GetScale3D();
 	if (HasZeroScale(Scale))
 	{
-		HOST_LOG(LogTarvinOp, Warning, TEXT("%s: zero scale (%s) -- bake cancelled"), *Mesh->GetName(), *Scale.ToString());
+		HOST_LOG(
+			LogTarvinOp, Warning, TEXT("%s: zero scale (%s) -- bake cancelled"), *Mesh->GetName(), *Scale.ToString());
 		return false;
 	}
 	if (!HasSourceGeometry(*Mesh))

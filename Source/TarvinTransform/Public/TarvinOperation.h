@@ -19,9 +19,9 @@ struct FTarvinItem
 struct FTarvinGroup
 {
 	TObjectPtr<UStaticMesh> Mesh;
-	FTransform Bake;              ///< what all items of the group want baked into the mesh
-	TArray<int32> ItemIndices;    ///< ascending indices into the item array
-	bool bConflict = false;       ///< whether another group wants a different transform baked into the same mesh
+	FTransform Bake;           ///< what all items of the group want baked into the mesh
+	TArray<int32> ItemIndices; ///< ascending indices into the item array
+	bool bConflict = false;    ///< whether another group wants a different transform baked into the same mesh
 };
 
 /// What a command did. Gathering counts what it skipped; the run counts the rest.
@@ -45,11 +45,13 @@ enum class ETarvinSharedAssetChoice : uint8
 	Cancel = 2,     ///< leave the asset unbaked
 };
 
-/// Asks what to do with an asset that `OtherUsers` components outside the selection use, or that is wanted in two shapes, in which case
-/// `bInPlaceAllowed` is false.
-using FTarvinOnSharedAsset = TDelegate<ETarvinSharedAssetChoice(UStaticMesh* Mesh, int32 OtherUsers, bool bInPlaceAllowed)>;
+/// Asks what to do with an asset that `OtherUsers` components outside the selection use, or that is wanted in two
+/// shapes, in which case `bInPlaceAllowed` is false.
+using FTarvinOnSharedAsset =
+	TDelegate<ETarvinSharedAssetChoice(UStaticMesh* Mesh, int32 OtherUsers, bool bInPlaceAllowed)>;
 
-/// What one command differs in from the others: what it bakes into a mesh, where the component goes afterwards, and its texts.
+/// What one command differs in from the others: what it bakes into a mesh, where the component goes afterwards, and its
+/// texts.
 struct TARVINTRANSFORM_API FTarvinOperation
 {
 	/// Computes what is to be baked into the item's mesh, in mesh space; false when the item has no bake.
@@ -81,6 +83,7 @@ struct TARVINTRANSFORM_API FTarvinOperation
 	/// "Bake Transform": rotation and scale go into the mesh, the location stays on the component.
 	static FTarvinOperation RotationScaleBake();
 
-	/// "Set Pivot": the mesh is shifted so that the pivot point becomes its origin, and the component moves onto that point.
+	/// "Set Pivot": the mesh is shifted so that the pivot point becomes its origin, and the component moves onto that
+	/// point.
 	static FTarvinOperation SetPivot(ETarvinPivotPosition Position);
 };

@@ -59,9 +59,8 @@ rc::Gen<FGraph> AnyGraph()
 	using FNodeChoice = std::tuple<int, bool, bool, bool, bool>;
 	const auto Node = rc::gen::tuple(AnyNumber(), Rarely(8), Rarely(3), Rarely(10), Rarely(10));
 	const auto Link = rc::gen::pair(AnyNumber(), AnyNumber());
-	return rc::gen::map(
-		rc::gen::pair(rc::gen::container<std::vector<FNodeChoice>>(Node),
-			rc::gen::container<std::vector<std::pair<int, int>>>(Link)),
+	return rc::gen::map(rc::gen::pair(rc::gen::container<std::vector<FNodeChoice>>(Node),
+							rc::gen::container<std::vector<std::pair<int, int>>>(Link)),
 		[](const std::pair<std::vector<FNodeChoice>, std::vector<std::pair<int, int>>>& Choice)
 		{
 			FGraph Graph;
@@ -120,7 +119,9 @@ std::set<int> SlowReference(const FGraph& Graph)
 /// The objects of a graph, and what keeps some of them.
 struct FMadeGraph
 {
-	explicit FMadeGraph(const FGraph& Graph) : Source(false), History(true)
+	explicit FMadeGraph(const FGraph& Graph)
+		: Source(false)
+		, History(true)
 	{
 		for (const FGraph::FNode& Node : Graph.Nodes)
 		{

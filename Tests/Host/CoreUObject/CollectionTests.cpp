@@ -189,7 +189,10 @@ TEST_F(FCollection, SourcesMayNameNothingAndFreedObjects)
 	CollectGarbage();
 	struct FNaming final : FReferenceSource
 	{
-		explicit FNaming(FObjectHandle InHandle) : Handle(InHandle) {}
+		explicit FNaming(FObjectHandle InHandle)
+			: Handle(InHandle)
+		{
+		}
 		void AddReferences(const FReferenceCollector& Collector) override
 		{
 			Collector.Keep(Handle);

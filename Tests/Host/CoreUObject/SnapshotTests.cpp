@@ -173,7 +173,8 @@ TEST_F(FSnapshot, ListsTheReferencedObjectsAndMapsThem)
 	Node->Link(Node);
 	FObjectSnapshot Snapshot(*Node);
 	EXPECT_EQ(Snapshot.GetReferences().size(), 3u);
-	Snapshot.MapReferences([&](FObjectHandle Handle) { return Handle == Old->GetHandle() ? New->GetHandle() : Handle; });
+	Snapshot.MapReferences(
+		[&](FObjectHandle Handle) { return Handle == Old->GetHandle() ? New->GetHandle() : Handle; });
 	Snapshot.Restore(*Node);
 	EXPECT_EQ(Node->Next, New);
 	EXPECT_EQ(Node->Links[0], New);

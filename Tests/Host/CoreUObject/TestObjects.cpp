@@ -9,10 +9,14 @@ DEFINE_CLASS(UTestMaker)
 void UTestNode::Serialize(FArchive& Archive)
 {
 	Super::Serialize(Archive);
-	Archive << Number << Value << bFlag << Door << Tag << Text << Place << Pose << Bounds << Numbers << Next << Links << Blob;
+	Archive << Number << Value << bFlag << Door << Tag << Text << Place << Pose << Bounds << Numbers << Next << Links
+			<< Blob;
 }
 
-UTestMaker::UTestMaker() : Part(NewObject<UTestNode>(this, TEXT("Part"))) {}
+UTestMaker::UTestMaker()
+	: Part(NewObject<UTestNode>(this, TEXT("Part")))
+{
+}
 
 void UTestMaker::Serialize(FArchive& Archive)
 {

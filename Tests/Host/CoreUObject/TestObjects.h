@@ -85,7 +85,10 @@ public:
 class FTestSource final : public FReferenceSource
 {
 public:
-	explicit FTestSource(bool bInKeepsGarbage) : bKeepsGarbage(bInKeepsGarbage) {}
+	explicit FTestSource(bool bInKeepsGarbage)
+		: bKeepsGarbage(bInKeepsGarbage)
+	{
+	}
 
 	void AddReferences(const FReferenceCollector& Collector) override
 	{
@@ -108,7 +111,11 @@ template <class T>
 class TRooted
 {
 public:
-	explicit TRooted(T* InObject) : Object(InObject) { Object->AddToRoot(); }
+	explicit TRooted(T* InObject)
+		: Object(InObject)
+	{
+		Object->AddToRoot();
+	}
 	~TRooted()
 	{
 		if (UObject* const Rooted = Object.Get())

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "MeshDescription/StaticMeshOperations.h"
 #include "CoreUObject/Package.h"
+#include "MeshDescription/StaticMeshOperations.h"
 #include "Support/EditorFixture.h"
 #include "Support/TestActors.h"
 #include "Support/TestMeshes.h"
@@ -45,7 +45,8 @@ TEST_F(FTestWorlds, MeshesWithAPackageAreCleanAssetsOfIt)
 
 TEST_F(FTestWorlds, WorldPositionsAreLocalOnesThroughTheWorldTransform)
 {
-	const FTransform Place(FQuat(FVector(0, 0, 1), FMath::DegreesToRadians(90.0)), FVector(100, 0, 0), FVector(2, 1, 1));
+	const FTransform Place(
+		FQuat(FVector(0, 0, 1), FMath::DegreesToRadians(90.0)), FVector(100, 0, 0), FVector(2, 1, 1));
 	const UStaticMeshComponent* const Component = MakeActor(World(), MakeUnevenMesh(), Place);
 	ASSERT_EQ(WorldPositions(Component).Num(), 8);
 	EXPECT_TRUE(WorldPositions(Component)[0].Equals(FVector(102, -2, -3)));

@@ -13,10 +13,10 @@ protected:
 	{
 		EXPECT_EQ(Answer.find('\n'), Answer.size() - 1);
 		WriteAll(Path("answer.json"), Answer);
-		const FTarvinRun Run = RunProgram(
-			{"/usr/bin/python3", "-c",
-				"import json, jsonschema, sys; jsonschema.validate(json.load(open(sys.argv[1])), json.load(open(sys.argv[2])))",
-				Path("answer.json"), TARVIN_SCHEMAS "/answer.schema.json"});
+		const FTarvinRun Run = RunProgram({"/usr/bin/python3", "-c",
+			"import json, jsonschema, sys; jsonschema.validate(json.load(open(sys.argv[1])), "
+			"json.load(open(sys.argv[2])))",
+			Path("answer.json"), TARVIN_SCHEMAS "/answer.schema.json"});
 		EXPECT_EQ(Run.ExitCode, 0) << Run.Errors << Answer;
 	}
 };
@@ -46,7 +46,8 @@ TEST_F(JsonAnswer, FollowsItsSchemaForErrors)
 TEST_F(JsonAnswer, HoldsEveryInputOfSeveral)
 {
 	WriteAll(Path("broken.gltf"), "{");
-	const FTarvinRun Run = RunTarvin({"bake", Yard(), Path("broken.gltf"), "--out-dir", Path("out"), "--json", "--jobs", "2"});
+	const FTarvinRun Run =
+		RunTarvin({"bake", Yard(), Path("broken.gltf"), "--out-dir", Path("out"), "--json", "--jobs", "2"});
 	EXPECT_EQ(Run.ExitCode, 3);
 	ExpectValid(Run.Output);
 	EXPECT_THAT(Run.Output, testing::HasSubstr("yard.gltf"));

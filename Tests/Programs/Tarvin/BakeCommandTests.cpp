@@ -17,7 +17,8 @@ TEST_F(BakeCommand, KeepsThePictureOfTheYard)
 {
 	const FTarvinRun Run = RunTarvin({"bake", Yard(), "-o", Path("baked.gltf"), "--verify"});
 	EXPECT_EQ(Run.ExitCode, 0) << Run.Errors;
-	EXPECT_THAT(Run.Output, HasSubstr("10 node(s) baked, 4 new asset(s), 1 with nothing to bake, 7 left out, 0 not baked"));
+	EXPECT_THAT(
+		Run.Output, HasSubstr("10 node(s) baked, 4 new asset(s), 1 with nothing to bake, 7 left out, 0 not baked"));
 	EXPECT_THAT(Run.Output, HasSubstr("0 triangle(s) turned over"));
 	EXPECT_EQ(RunTarvin({"diff", Yard(), Path("baked.gltf")}).ExitCode, 0);
 }
@@ -37,7 +38,8 @@ TEST_F(BakeCommand, NamesWhatIsLeftOutAndWhy)
 	EXPECT_THAT(Output, HasSubstr("left out, it is instanced: Fence"));
 	EXPECT_THAT(Output, HasSubstr("left out, it carries physics (KHR_physics_rigid_bodies): Barrel"));
 	EXPECT_THAT(Output, HasSubstr("left out, its world transform has shear: Skewed parent/Leaning post"));
-	EXPECT_THAT(Output, HasSubstr("left out, its parent combines rotation with uneven scale: Skewed parent/Straight post"));
+	EXPECT_THAT(
+		Output, HasSubstr("left out, its parent combines rotation with uneven scale: Skewed parent/Straight post"));
 	EXPECT_THAT(Output, HasSubstr("left out, it is a level of detail, which follows 'Statue': Statue LOD1"));
 }
 
@@ -71,7 +73,8 @@ TEST_F(BakeCommand, WritesOverItsInputWhereNoOutputIsNamed)
 
 TEST_F(BakeCommand, WorksOnSelectedNodesOnly)
 {
-	const FTarvinRun Run = RunTarvin({"bake", Yard(), "-o", Path("some.gltf"), "--select", "Crate", "Shed/D*", "--verify"});
+	const FTarvinRun Run =
+		RunTarvin({"bake", Yard(), "-o", Path("some.gltf"), "--select", "Crate", "Shed/D*", "--verify"});
 	EXPECT_EQ(Run.ExitCode, 0) << Run.Errors;
 	EXPECT_THAT(Run.Output, HasSubstr("2 node(s) baked"));
 }

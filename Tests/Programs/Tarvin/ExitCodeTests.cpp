@@ -68,8 +68,9 @@ TEST_F(ExitCode, IsZeroForTheManualPageAndTheCompletions)
 	}
 	EXPECT_THAT(Manual.Output, HasSubstr("\\-\\-dry\\-run"));
 	WriteAll(Path("completions"), Completions.Output);
-	const FTarvinRun Completed = RunProgram({"bash", "-c",
-		"source \"$0\"; COMP_WORDS=(tarvin bake --dry); COMP_CWORD=2; _tarvin; echo ${COMPREPLY[@]}", Path("completions")});
+	const FTarvinRun Completed = RunProgram(
+		{"bash", "-c", "source \"$0\"; COMP_WORDS=(tarvin bake --dry); COMP_CWORD=2; _tarvin; echo ${COMPREPLY[@]}",
+			Path("completions")});
 	EXPECT_EQ(Completed.Output, "--dry-run\n");
 }
 
@@ -87,8 +88,9 @@ TEST_F(ExitCode, IsThreeForAnInputThatIsNotThere)
 TEST_F(ExitCode, IsThreeForBrokenScenes)
 {
 	const std::string Scene = ReadAll(Yard());
-	const std::pair<const char*, std::string> Broken[] = {{"empty", ""}, {"text", "hello"}, {"cut", Scene.substr(0, Scene.size() / 2)},
-		{"version", R"({"asset":{"version":"3.0"}})"}, {"cycle", R"({"asset":{"version":"2.0"},"nodes":[{"children":[1]},{"children":[0]}]})"},
+	const std::pair<const char*, std::string> Broken[] = {{"empty", ""}, {"text", "hello"},
+		{"cut", Scene.substr(0, Scene.size() / 2)}, {"version", R"({"asset":{"version":"3.0"}})"},
+		{"cycle", R"({"asset":{"version":"2.0"},"nodes":[{"children":[1]},{"children":[0]}]})"},
 		{"index", R"({"asset":{"version":"2.0"},"nodes":[{"mesh":7}]})"},
 		{"required", R"({"asset":{"version":"2.0"},"extensionsUsed":["ACME_x"],"extensionsRequired":["ACME_x"]})"}};
 	for (const auto& [Name, Content] : Broken)

@@ -21,8 +21,12 @@ TEST_F(InfoCommand, SaysWhatABakeWouldDoWithEachNode)
 	const FTarvinRun Run = RunTarvin({"info", Yard()});
 	EXPECT_EQ(Run.ExitCode, 0);
 	EXPECT_THAT(Run.Output, HasSubstr("23 node(s), 14 mesh(es)"));
-	EXPECT_THAT(Run.Output, HasSubstr("'Crate' mesh 1 at (-4.000 1.000 2.000) scale (2.000 2.000 2.000) turned (0.0 30.0 0.0) -- candidate"));
-	EXPECT_THAT(Run.Output, HasSubstr("'Ground' mesh 0 at (0.000 0.000 0.000) scale (1.000 1.000 1.000) turned (0.0 0.0 0.0) -- nothingToBake"));
+	EXPECT_THAT(Run.Output,
+		HasSubstr(
+			"'Crate' mesh 1 at (-4.000 1.000 2.000) scale (2.000 2.000 2.000) turned (0.0 30.0 0.0) -- candidate"));
+	EXPECT_THAT(Run.Output,
+		HasSubstr(
+			"'Ground' mesh 0 at (0.000 0.000 0.000) scale (1.000 1.000 1.000) turned (0.0 0.0 0.0) -- nothingToBake"));
 	EXPECT_THAT(Run.Output, HasSubstr("-- leftOut: it is skinned"));
 	EXPECT_THAT(Run.Output, HasSubstr("'Crate' 1 user(s), 24 vertices, 1 level(s), 2 socket(s), 5 collision shape(s)"));
 	EXPECT_THAT(Run.Output, HasSubstr("'Statue' 1 user(s), 24 vertices, 2 level(s)"));

@@ -67,7 +67,8 @@ TEST_F(SharedQuestion, LeavesTheAssetAloneWhenCancelled)
 
 TEST_F(SharedQuestion, OffersOnlyACopyForTwoShapes)
 {
-	const FTarvinRun Run = RunOnTerminal({"bake", Yard(), "-o", Path("asked.gltf"), "--select", "Wall A", "Wall C"}, "1\n1\n");
+	const FTarvinRun Run =
+		RunOnTerminal({"bake", Yard(), "-o", Path("asked.gltf"), "--select", "Wall A", "Wall C"}, "1\n1\n");
 	EXPECT_EQ(Run.ExitCode, 0) << Run.Output;
 	EXPECT_THAT(Run.Output, HasSubstr("appears in the selection with two different rotation/scale values."));
 	EXPECT_THAT(Run.Output, testing::Not(HasSubstr("Apply to all")));
@@ -76,8 +77,8 @@ TEST_F(SharedQuestion, OffersOnlyACopyForTwoShapes)
 
 TEST_F(SharedQuestion, IsAnsweredByTheOptionInPlace)
 {
-	const FTarvinRun Run =
-		RunTarvin({"bake", Yard(), "-o", Path("in-place.gltf"), "--shared", "in-place", "--select", "Wall A", "--verify"});
+	const FTarvinRun Run = RunTarvin(
+		{"bake", Yard(), "-o", Path("in-place.gltf"), "--shared", "in-place", "--select", "Wall A", "--verify"});
 	EXPECT_EQ(Run.ExitCode, 0) << Run.Errors;
 	EXPECT_THAT(Run.Output, HasSubstr("1 node(s) baked, 0 new asset(s)"));
 }
@@ -86,6 +87,6 @@ TEST_F(SharedQuestion, IsRefusedInPlaceByNameWhereAUserCannotFollow)
 {
 	const FTarvinRun Run = RunTarvin({"bake", Yard(), "-o", Path("in-place.gltf"), "--shared", "in-place", "--verify"});
 	EXPECT_EQ(Run.ExitCode, 0) << Run.Errors;
-	EXPECT_THAT(Run.Output,
-		HasSubstr("left out, baking 'Picket' in place would change 'Fence', which cannot follow (it is instanced): Lone picket"));
+	EXPECT_THAT(Run.Output, HasSubstr("left out, baking 'Picket' in place would change 'Fence', which cannot follow "
+									  "(it is instanced): Lone picket"));
 }

@@ -79,7 +79,8 @@ void WriteAll(const std::filesystem::path& Path, const std::string& Content)
 	std::ofstream(Path, std::ios::binary) << Content;
 }
 
-FYardFixture::FYardFixture() : Folder(NewFolder())
+FYardFixture::FYardFixture()
+	: Folder(NewFolder())
 {
 	EXPECT_EQ(RunTarvin({"demo", Yard()}).ExitCode, 0);
 }

@@ -27,7 +27,8 @@ std::string MirroredScene(EMode Mode, int NumVertices, bool bIndexed)
 		const float Step = float(Vertex);
 		if (Mode == Fan)
 		{
-			Positions.insert(Positions.end(), {Vertex == 0 ? 0.f : Step * 0.5f, Vertex == 0 ? 0.f : 5.f - Step * Step * 0.1f, 0.25f * Step});
+			Positions.insert(Positions.end(),
+				{Vertex == 0 ? 0.f : Step * 0.5f, Vertex == 0 ? 0.f : 5.f - Step * Step * 0.1f, 0.25f * Step});
 		}
 		else
 		{
@@ -40,13 +41,15 @@ std::string MirroredScene(EMode Mode, int NumVertices, bool bIndexed)
 	Data.append(reinterpret_cast<const char*>(Indices.data()), Indices.size() * sizeof(std::uint16_t));
 	const std::string Count = std::to_string(NumVertices);
 	return R"({"asset":{"version":"2.0"},"scene":0,"scenes":[{"nodes":[0]}],"nodes":[{"name":"N","mesh":0,"scale":[2,3,-5]}],)"
-		   R"("meshes":[{"primitives":[{"mode":)" + std::to_string(Mode) + R"(,"attributes":{"POSITION":0})" +
-		(bIndexed ? R"(,"indices":1)" : "") + R"(}]}],"accessors":[{"bufferView":0,"componentType":5126,"count":)" + Count +
-		R"(,"type":"VEC3","min":[-100,-100,-100],"max":[100,100,100]},{"bufferView":1,"componentType":5123,"count":)" + Count +
-		R"(,"type":"SCALAR"}],"bufferViews":[{"buffer":0,"byteLength":)" + std::to_string(PositionBytes) +
-		R"(},{"buffer":0,"byteOffset":)" + std::to_string(PositionBytes) + R"(,"byteLength":)" +
-		std::to_string(Data.size() - PositionBytes) + R"(}],"buffers":[{"byteLength":)" + std::to_string(Data.size()) +
-		R"(,"uri":"data:application/octet-stream;base64,)" + Base64::Encode(std::as_bytes(std::span<const char>(Data))) + R"("}]})";
+		   R"("meshes":[{"primitives":[{"mode":)" +
+		   std::to_string(Mode) + R"(,"attributes":{"POSITION":0})" + (bIndexed ? R"(,"indices":1)" : "") +
+		   R"(}]}],"accessors":[{"bufferView":0,"componentType":5126,"count":)" + Count +
+		   R"(,"type":"VEC3","min":[-100,-100,-100],"max":[100,100,100]},{"bufferView":1,"componentType":5123,"count":)" +
+		   Count + R"(,"type":"SCALAR"}],"bufferViews":[{"buffer":0,"byteLength":)" + std::to_string(PositionBytes) +
+		   R"(},{"buffer":0,"byteOffset":)" + std::to_string(PositionBytes) + R"(,"byteLength":)" +
+		   std::to_string(Data.size() - PositionBytes) + R"(}],"buffers":[{"byteLength":)" +
+		   std::to_string(Data.size()) + R"(,"uri":"data:application/octet-stream;base64,)" +
+		   Base64::Encode(std::as_bytes(std::span<const char>(Data))) + R"("}]})";
 }
 
 class MirroredWinding : public FYardFixture
