@@ -120,7 +120,15 @@ void FMenuModel::RemoveOwner(const FToolMenuOwner& InOwner)
 	for (FSection& Section : Sections)
 	{
 		Removed += Section.Items.RemoveAll(
-			[&InOwner](const TSharedRef<FMenuItem>& Item) { return Item->Entry->Owner == InOwner; });
+			[&InOwner](const TSharedRef<FMenuItem>& Item)
+			{
+				const bool bLeaves = Item->Entry->Owner == InOwner;
+				if (bLeaves)
+				{
+					Item->Entry->ReleaseCallables();
+				}
+				return bLeaves;
+			});
 	}
 	Sections.RemoveAll([](const FSection& Section) { return Section.Items.IsEmpty(); });
 	if (Removed > 0)

@@ -52,4 +52,14 @@ struct FToolMenuEntry
 	bool bCloseAfterSelection = true;
 	FToolMenuInsert InsertPosition;
 	FToolMenuOwner Owner;
+
+	/// Lets go of everything that runs code of the entry's owner, so that an entry which someone still shows does
+	/// nothing.
+	void ReleaseCallables()
+	{
+		Action = FUIAction();
+		SubMenu = FNewToolMenuChoice();
+		Command.Reset();
+		CommandList.Reset();
+	}
 };

@@ -98,6 +98,15 @@ FToolMenuEntry* FToolMenuSection::FindEntry(FName InName) const
 
 bool FToolMenuSection::RemoveEntriesOf(const FToolMenuOwner& InOwner)
 {
-	Entries.RemoveAll([&InOwner](const TSharedRef<FToolMenuEntry>& Entry) { return Entry->Owner == InOwner; });
+	Entries.RemoveAll(
+		[&InOwner](const TSharedRef<FToolMenuEntry>& Entry)
+		{
+			const bool bLeaves = Entry->Owner == InOwner;
+			if (bLeaves)
+			{
+				Entry->ReleaseCallables();
+			}
+			return bLeaves;
+		});
 	return !Entries.IsEmpty();
 }
