@@ -25,7 +25,8 @@ FVector WorldFaceNormal(const FMeshDescription& Mesh, FTriangleID Triangle, cons
 		P[Corner++] = World.TransformPosition(FVector(Mesh.GetVertexPosition(Vertex)));
 	}
 	const FVector Cross = (P[1] - P[0]) ^ (P[2] - P[0]);
-	return (World.GetDeterminant() < 0.0 ? -Cross : Cross).GetSafeNormal();
+	// Not the host's safe normal, to which small triangles have none.
+	return (World.GetDeterminant() < 0.0 ? -Cross : Cross) / Cross.Size();
 }
 
 std::vector<FVector> FaceNormals(const UStaticMeshComponent* Component)

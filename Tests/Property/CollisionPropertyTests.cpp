@@ -11,6 +11,10 @@
 
 namespace
 {
+/// Rays stop up to 0.006 short of a hull in its own space; scales go up to 4, before the bake and, on larger hulls,
+/// after it.
+constexpr double CasterTolerance = 0.05;
+
 class CollisionProperty : public FEditorFixture
 {
 };
@@ -137,7 +141,7 @@ RC_GTEST_FIXTURE_PROP(CollisionProperty, ShapesStayWhereRaysFoundThem, ())
 	{
 		const std::optional<FVector> Now = HitInWorld(Component, Rays[Index].Start, Rays[Index].End);
 		RC_ASSERT(Now.has_value() && Before[Index].has_value());
-		RC_ASSERT((*Now - *Before[Index]).Size() < 0.02);
+		RC_ASSERT((*Now - *Before[Index]).Size() < CasterTolerance);
 	}
 }
 

@@ -3,6 +3,7 @@
 
 #include "CoreUObject/GarbageCollector.h"
 #include "CoreUObject/ObjectIterator.h"
+#include "CoreUObject/Package.h"
 #include "TarvinSelectionAction.h"
 
 #include <cstdlib>
@@ -171,6 +172,7 @@ TEST(CommandSequence, KeepsTheUndoHistoryTrueToTheBitAndLeaksNoObject)
 {
 	constexpr int32 StepsPerWorld = 500;
 	DestroyEditorAndAssets();
+	GetTransientPackage();
 	const int32 NumBefore = NumObjects();
 	for (int32 Done = 0; Done < NumSteps(); Done += StepsPerWorld)
 	{
