@@ -13,7 +13,7 @@ namespace
 {
 /// Rays stop up to 0.006 short of a hull in its own space; scales go up to 4, before the bake and, on larger hulls,
 /// after it.
-constexpr double CasterTolerance = 0.05;
+constexpr double CasterTolerance = 0.5;
 
 class CollisionProperty : public FEditorFixture
 {
@@ -34,23 +34,48 @@ FRotator DrawRotator()
 	return FRotator(DrawNumber(-90.0, 90.0), DrawNumber(-180.0, 180.0), DrawNumber(-180.0, 180.0));
 }
 
-/// One shape of each kind that a bake transforms, apart from each other, and two sockets.
+/// A shape of one of the kinds that a bake transforms. Only one: a ray that grazes another would make the smallest
+/// error a large one.
+void AddShape(FKAggregateGeom& Geometry)
+{
+	const FVector Center = DrawPoint(60.0);
+	switch (*WorldGenerators::Index(4))
+	{
+	case 0:
+		Geometry.SphereElems.Add({Center, float(DrawNumber(2.0, 9.0))});
+		break;
+	case 1:
+		Geometry.BoxElems.Add({Center, DrawRotator(), float(DrawNumber(3.0, 20.0)), float(DrawNumber(3.0, 20.0)),
+			float(DrawNumber(3.0, 20.0))});
+		break;
+	case 2:
+		Geometry.SphylElems.Add({Center, DrawRotator(), float(DrawNumber(3.0, 9.0)), float(DrawNumber(3.0, 20.0))});
+		break;
+	default:
+		FKConvexElem Convex;
+		for (const FVector& Corner : {FVector(-9, -7, -5), FVector(8, -6, -4), FVector(0, 9, -6), FVector(1, 0, 11)})
+		{
+			Convex.VertexData.Add(Corner + DrawPoint(1.0));
+		}
+		Convex.SetTransform(FTransform(DrawRotator(), Center, FVector(1.5, 0.75, 1.25)));
+		Convex.UpdateElemBox();
+		Geometry.ConvexElems.Add(Convex);
+	}
+}
+
+/// The shape's middle, in the mesh's space.
+FVector MiddleOfShape(const FKAggregateGeom& Geometry)
+{
+	return !Geometry.SphereElems.IsEmpty() ? Geometry.SphereElems[0].Center
+		   : !Geometry.BoxElems.IsEmpty()  ? Geometry.BoxElems[0].Center
+		   : !Geometry.SphylElems.IsEmpty()
+			   ? Geometry.SphylElems[0].Center
+			   : Geometry.ConvexElems[0].GetTransform().TransformPosition(FVector(0, -1, -1));
+}
+
 void AddCollisionAndSockets(UStaticMesh& Mesh)
 {
-	FKAggregateGeom& Geometry = Mesh.CreateBodySetup()->AggGeom;
-	Geometry.SphereElems.Add({FVector(-60.0, 0.0, 0.0) + DrawPoint(5.0), float(DrawNumber(2.0, 9.0))});
-	Geometry.BoxElems.Add({FVector(60.0, 0.0, 0.0) + DrawPoint(5.0), DrawRotator(), float(DrawNumber(3.0, 20.0)),
-		float(DrawNumber(3.0, 20.0)), float(DrawNumber(3.0, 20.0))});
-	Geometry.SphylElems.Add({FVector(0.0, 60.0, 0.0) + DrawPoint(5.0), DrawRotator(), float(DrawNumber(3.0, 9.0)),
-		float(DrawNumber(3.0, 20.0))});
-	FKConvexElem Convex;
-	for (const FVector& Corner : {FVector(-9, -7, -5), FVector(8, -6, -4), FVector(0, 9, -6), FVector(1, 0, 11)})
-	{
-		Convex.VertexData.Add(Corner + DrawPoint(1.0));
-	}
-	Convex.SetTransform(FTransform(DrawRotator(), FVector(0.0, -60.0, 0.0), FVector(1.5, 0.75, 1.25)));
-	Convex.UpdateElemBox();
-	Geometry.ConvexElems.Add(Convex);
+	AddShape(Mesh.CreateBodySetup()->AggGeom);
 	for (const TCHAR* Name : {TEXT("Grip"), TEXT("Tip")})
 	{
 		UStaticMeshSocket* const Socket = Mesh.AddSocket(FName(Name));
@@ -91,22 +116,16 @@ struct FRay
 	FVector End;
 };
 
-/// Rays from far away through the middle of each shape.
+/// Rays from far away through the middle of the shape.
 std::vector<FRay> DrawRays(const UStaticMeshComponent* Component)
 {
-	const FKAggregateGeom& Geometry = Component->GetStaticMesh()->GetBodySetup()->AggGeom;
-	const FVector Centers[] = {Geometry.SphereElems[0].Center, Geometry.BoxElems[0].Center,
-		Geometry.SphylElems[0].Center,
-		Geometry.ConvexElems[0].GetTransform().TransformPosition(FVector(0.0, -1.0, -1.0))};
+	const FVector Middle = MiddleOfShape(Component->GetStaticMesh()->GetBodySetup()->AggGeom);
+	const FVector Target = Component->GetComponentTransform().TransformPosition(Middle);
 	std::vector<FRay> Rays;
-	for (const FVector& Center : Centers)
+	for (int32 Count = 0; Count < 12; ++Count)
 	{
-		const FVector Target = Component->GetComponentTransform().TransformPosition(Center);
-		for (int32 Count = 0; Count < 6; ++Count)
-		{
-			const FVector Direction = (DrawPoint(1.0) + FVector(0.01, 0.02, 0.03)).GetSafeNormal();
-			Rays.push_back({Target + Direction * 2000.0, Target - Direction * 2000.0});
-		}
+		const FVector Direction = (DrawPoint(1.0) + FVector(0.01, 0.02, 0.03)).GetSafeNormal();
+		Rays.push_back({Target + Direction * 2000.0, Target - Direction * 2000.0});
 	}
 	return Rays;
 }

@@ -2,6 +2,7 @@
 #include "Property/CommandScene.h"
 
 #include "Engine/BodySetup.h"
+#include "TarvinGrouping.h"
 #include "TarvinSelectionAction.h"
 
 #include <algorithm>
@@ -58,6 +59,7 @@ FTarvinRunResult FCommandScene::Run(const FTarvinOperation& Operation)
 {
 	FTarvinRunResult Skips;
 	Items = FTarvinSelectionAction::GatherFromSelection(Skips, Operation);
+	MeasureMerging(Operation);
 	std::size_t NumAsked = 0;
 	FTarvinOnSharedAsset OnSharedAsset;
 	OnSharedAsset.BindLambda(
@@ -74,6 +76,23 @@ FTarvinRunResult FCommandScene::Run(const FTarvinOperation& Operation)
 	return FTarvinSelectionAction::Run(Items, World, OnSharedAsset, Operation);
 }
 
+void FCommandScene::MeasureMerging(const FTarvinOperation& Operation)
+{
+	for (const FTarvinGroup& Group : FTarvinGrouping::Build(Items, Operation.ComputeBake))
+	{
+		for (const int32 Index : Group.ItemIndices)
+		{
+			FTransform Own;
+			Operation.ComputeBake(Items[Index], Own);
+			double& Slack = MergingSlack[Items[Index].Component];
+			for (const FVector& Point : LocalPositions(Items[Index].Mesh))
+			{
+				Slack = std::max(Slack, (Own.TransformVector(Point) - Group.Bake.TransformVector(Point)).Size());
+			}
+		}
+	}
+}
+
 double FCommandScene::Size() const
 {
 	double Largest = 1.0;
@@ -82,6 +101,14 @@ double FCommandScene::Size() const
 		for (const FVector& Point : Points)
 		{
 			Largest = std::max({Largest, std::abs(Point.X), std::abs(Point.Y), std::abs(Point.Z)});
+		}
+	}
+	for (const UStaticMeshComponent* Component : AllComponents)
+	{
+		const FVector Origin = Component->GetComponentTransform().GetTranslation();
+		for (const FVector& Point : WorldPositions(Component))
+		{
+			Largest = std::max(Largest, (Point - Origin).Size());
 		}
 	}
 	return Largest;
@@ -113,9 +140,11 @@ double FCommandScene::LargestMove() const
 		{
 			return HUGE_VAL;
 		}
+		const auto Slack = MergingSlack.find(Component);
 		for (int32 Vertex = 0; Vertex < Now.Num(); ++Vertex)
 		{
-			Largest = std::max(Largest, (Now[Vertex] - Before[Vertex]).Size());
+			const double Move = (Now[Vertex] - Before[Vertex]).Size();
+			Largest = std::max(Largest, Slack == MergingSlack.end() ? Move : Move - Slack->second);
 		}
 	}
 	return Largest;

@@ -26,14 +26,16 @@ public:
 	const std::vector<UStaticMeshComponent*>& Components() const { return AllComponents; }
 	const std::vector<UStaticMesh*>& Meshes() const { return AllMeshes; }
 
-	/// The largest coordinate or extent of any vertex in the world.
+	/// The largest coordinate or extent of any vertex in the world when the scene was drawn, and the farthest that one
+	/// is now from its component's origin: single precision rounds in proportion to both.
 	double Size() const;
 
-	/// The components whose vertices the run was free to move: those outside the selection that use an asset that was
-	/// answered "apply to all", and those that the run merged into a bake that differs from their own by a tolerance.
+	/// Whether the run was free to move the component's vertices: it is outside the selection and uses an asset that
+	/// was answered "apply to all".
 	bool MayMove(const UStaticMeshComponent* Component) const;
 
 	/// The largest distance by which a vertex of a component that may not move has moved since the scene was drawn.
+	/// What follows from one bake serving items that differ by the key's tolerance is taken off.
 	double LargestMove() const;
 
 	/// Where the component's vertices were when the scene was drawn.
@@ -45,6 +47,9 @@ public:
 	FWorldState State() const;
 
 private:
+	/// How far the vertices of each item are from where its own bake would put them, for the bake of its group.
+	void MeasureMerging(const FTarvinOperation& Operation);
+
 	UWorld* World = nullptr;
 	std::vector<UStaticMesh*> AllMeshes;
 	std::vector<UStaticMeshComponent*> AllComponents;
@@ -52,5 +57,6 @@ private:
 	std::map<UStaticMeshComponent*, TArray<FVector>> Positions;
 	std::map<UStaticMeshComponent*, FTransform> Worlds;
 	std::vector<UStaticMesh*> AppliedToAll;
+	std::map<UStaticMeshComponent*, double> MergingSlack;
 	TArray<FTarvinItem> Items;
 };
