@@ -49,19 +49,24 @@ endfunction()
 # tarvin_plugin_module(<Name> SOURCES ... [LINKS ...] [PRIVATE_LINKS ...])
 # A module that the module manager loads and unloads at run time: the shared library lib<Name>.so beside the
 # host's. Hidden visibility, and nothing needed but what is used. Public/ is what others may include.
+# <Name>Objects are the objects that it is made of: a test links these to reach what the library hides.
 function(tarvin_plugin_module Name)
 	_tarvin_arguments(${Name} ${ARGN})
-	add_library(${Name} SHARED ${Arg_SOURCES})
-	target_include_directories(${Name}
-		PUBLIC "${CMAKE_CURRENT_SOURCE_DIR}/Public" "${TARVIN_HOST_INCLUDE}"
-		PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}/Private")
-	target_link_libraries(${Name} PUBLIC ${Arg_LINKS} PRIVATE ${Arg_PRIVATE_LINKS})
-	target_link_options(${Name} PRIVATE -Wl,--as-needed)
-	_tarvin_shared_library(${Name})
-	set_target_properties(${Name} PROPERTIES
-		OUTPUT_NAME "${Name}"
+	add_library(${Name}Objects OBJECT ${Arg_SOURCES})
+	add_library(${Name} SHARED $<TARGET_OBJECTS:${Name}Objects>)
+	foreach(Target ${Name}Objects ${Name})
+		target_include_directories(${Target}
+			PUBLIC "${CMAKE_CURRENT_SOURCE_DIR}/Public" "${TARVIN_HOST_INCLUDE}"
+			PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}/Private")
+		target_link_libraries(${Target} PUBLIC ${Arg_LINKS} PRIVATE ${Arg_PRIVATE_LINKS})
+	endforeach()
+	target_link_libraries(${Name}Objects PUBLIC TarvinOptions PRIVATE TarvinWarnings)
+	set_target_properties(${Name}Objects PROPERTIES
 		CXX_VISIBILITY_PRESET hidden
 		VISIBILITY_INLINES_HIDDEN ON)
+	target_link_options(${Name} PRIVATE -Wl,--as-needed)
+	_tarvin_shared_library(${Name})
+	set_target_properties(${Name} PROPERTIES OUTPUT_NAME "${Name}")
 endfunction()
 
 # tarvin_program(<name> SOURCES ... [LINKS ...]): a program that is installed.

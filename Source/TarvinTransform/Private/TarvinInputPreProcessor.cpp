@@ -43,7 +43,13 @@ bool FTarvinInputPreProcessor::HandleKeyDownEvent(FSlateApplication&, const FKey
 		return false;
 	}
 	const FUIAction* const Action = LevelEditor->GetGlobalLevelEditorActions()->GetActionForCommand(Command);
-	return Action && Action->CanExecute() && Action->Execute();
+	if (!Action || !Action->CanExecute())
+	{
+		return false;
+	}
+	// Executing asks once more; the chord is used up whatever the answer.
+	Action->Execute();
+	return true;
 }
 
 const TCHAR* FTarvinInputPreProcessor::GetDebugName() const

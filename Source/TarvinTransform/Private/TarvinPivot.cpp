@@ -4,6 +4,16 @@
 #include "Platform/Engine.h"
 #include "Platform/MeshDescription.h"
 
+#include <cmath>
+
+namespace
+{
+bool IsNotANumber(const FVector& Vector)
+{
+	return std::isnan(Vector.X) || std::isnan(Vector.Y) || std::isnan(Vector.Z);
+}
+} // namespace
+
 const TCHAR* TarvinPivot::GetPositionName(ETarvinPivotPosition Position)
 {
 	static constexpr const TCHAR* Names[] = {TEXT("center"), TEXT("bottom"), TEXT("top"), TEXT("left"), TEXT("right"),
@@ -22,7 +32,12 @@ bool TarvinPivot::ComputeLocalBounds(const UStaticMesh* Mesh, FBox& OutBounds)
 	OutBounds = FBox();
 	for (const FVertexID Vertex : Description->Vertices().GetElementIDs())
 	{
-		OutBounds += FVector(Description->GetVertexPosition(Vertex));
+		const FVector Position(Description->GetVertexPosition(Vertex));
+		// A coordinate that is no number would take the place of the extremes found so far.
+		if (!IsNotANumber(Position))
+		{
+			OutBounds += Position;
+		}
 	}
 	return OutBounds.IsValid;
 }

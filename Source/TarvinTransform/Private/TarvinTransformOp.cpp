@@ -35,6 +35,27 @@ bool HasSourceGeometry(const UStaticMesh& Mesh)
 	return bFound;
 }
 
+/// Whether any of the sources can be decoded. What is decoded here stays cached for the bake.
+bool HasReadableGeometry(const UStaticMesh& Mesh)
+{
+	bool bFound = Mesh.GetHiResMeshDescription() != nullptr;
+	for (int32 Lod = 0; Lod < Mesh.GetNumSourceModels() && !bFound; ++Lod)
+	{
+		bFound = Mesh.GetMeshDescription(Lod) != nullptr;
+	}
+	return bFound;
+}
+
+bool IsFinite(const FVector& Vector)
+{
+	return std::isfinite(Vector.X) && std::isfinite(Vector.Y) && std::isfinite(Vector.Z);
+}
+
+bool HasBakedGeometry(const FTarvinTransformStats& Stats)
+{
+	return Stats.NumLodsBaked > 0 || Stats.bHiResBaked;
+}
+
 FCommitMeshDescriptionParams CommitParams()
 {
 	FCommitMeshDescriptionParams Params;
@@ -105,11 +126,22 @@ bool FTarvinTransformOp::BakeIntoMesh(UStaticMesh* Mesh, const FTransform& BakeT
 			LogTarvinOp, Warning, TEXT("%s: zero scale (%s) -- bake cancelled"), *Mesh->GetName(), *Scale.ToString());
 		return false;
 	}
+	if (!IsFinite(Scale) || !IsFinite(BakeTransform.GetTranslation()))
+	{
+		HOST_LOG(LogTarvinOp, Warning, TEXT("%s: transform is not finite -- bake cancelled"), *Mesh->GetName());
+		return false;
+	}
 	if (!HasSourceGeometry(*Mesh))
 	{
 		HOST_LOG(LogTarvinOp, Warning, TEXT("%s: no source geometry to bake (neither LOD nor HiRes) -- left untouched"),
 			*Mesh->GetName());
 		return false;
+	}
+	// Sockets and collision alone must not move when the geometry cannot.
+	if (!HasReadableGeometry(*Mesh))
+	{
+		HOST_LOG(LogTarvinOp, Warning, TEXT("%s: source geometry cannot be read -- left untouched"), *Mesh->GetName());
+		return HasBakedGeometry(Stats);
 	}
 	const FMatrix Matrix = BakeTransform.ToMatrixWithScale();
 	Mesh->Modify(true);
@@ -128,7 +160,7 @@ bool FTarvinTransformOp::BakeIntoMesh(UStaticMesh* Mesh, const FTransform& BakeT
 	{
 		Rebuild(*Mesh);
 	}
-	return Stats.NumLodsBaked > 0 || Stats.bHiResBaked;
+	return HasBakedGeometry(Stats);
 }
 
 void FTarvinTransformOp::BeginUndoTrackedBatch()

@@ -25,8 +25,8 @@ namespace TarvinPivot
 /// The position's name in running text: "center", "world origin"; "unknown" for a value out of range. Never null.
 TARVINTRANSFORM_API const TCHAR* GetPositionName(ETarvinPivotPosition Position);
 
-/// Measures the box of all vertices, used or not, of source LOD 0. Returns false when the mesh is null, has no LOD 0
-/// description, or that has no vertices.
+/// Measures the box of all vertices, used or not, of source LOD 0; those with a coordinate that is no number do not
+/// count. Returns false when the mesh is null, has no LOD 0 description, or that has no vertices.
 TARVINTRANSFORM_API bool ComputeLocalBounds(const UStaticMesh* Mesh, FBox& OutBounds);
 
 /// Finds the point that the pivot is to be moved to. For `WorldOrigin` it is the place of the world's origin under the

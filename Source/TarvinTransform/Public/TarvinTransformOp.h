@@ -31,8 +31,8 @@ class TARVINTRANSFORM_API FTarvinTransformOp
 public:
 	/// Bakes a transform of normalised rotation into every source LOD and the HiRes source of the mesh, and, as the
 	/// options say, into its sockets and simple collision. Returns false, changing nothing, for a null mesh, a scale
-	/// with a component of absolute value up to 1e-8, or a mesh without source geometry; the last two are logged. True
-	/// says that the stats record counts baked geometry.
+	/// with a component of absolute value up to 1e-8, a transform that is not finite, or a mesh without source geometry
+	/// that can be read; all but the first are logged. True says that the stats record counts baked geometry.
 	static bool BakeIntoMesh(UStaticMesh* Mesh, const FTransform& BakeTransform, const FTarvinTransformOptions& Options,
 		FTarvinTransformStats& Stats);
 
