@@ -21,14 +21,14 @@ public:
 		OutPackageName = Base;
 		if (FindPackage(Base))
 		{
-			// Remembers the last number, so that the thousandth copy does not try the numbers of all earlier ones.
-			int32& Number = LastNumber[FName(Base)];
-			Number = Number < 1 ? 1 : Number;
-			do
+			// Goes on from the number found last, so that the thousandth copy does not try those of all earlier ones.
+			int32& Number = NextNumber[FName(Base)];
+			Number = Number < 2 ? 2 : Number;
+			OutPackageName = Numbered(Base, Number);
+			while (FindPackage(OutPackageName))
 			{
-				++Number;
-				OutPackageName = FString::Printf(TEXT("%s_%d"), *Base, Number);
-			} while (FindPackage(OutPackageName));
+				OutPackageName = Numbered(Base, ++Number);
+			}
 		}
 		OutAssetName = FPackageName::GetShortName(OutPackageName);
 	}
@@ -53,7 +53,9 @@ public:
 	}
 
 private:
-	std::unordered_map<FName, int32> LastNumber;
+	static FString Numbered(const FString& Base, int32 Number) { return FString::Printf(TEXT("%s_%d"), *Base, Number); }
+
+	std::unordered_map<FName, int32> NextNumber;
 };
 } // namespace
 

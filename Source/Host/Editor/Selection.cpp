@@ -10,8 +10,7 @@ UObject* USelection::GetSelectedObject(int32 Index) const
 
 bool USelection::IsSelected(const UObject* Object) const
 {
-	return Object &&
-		   Objects.ContainsByPredicate([&](const TWeakObjectPtr<UObject>& Entry) { return Entry.Get() == Object; });
+	return IsValid(Object) && Handles.contains(Object->GetHandle());
 }
 
 void USelection::Select(UObject* Object)
@@ -19,6 +18,7 @@ void USelection::Select(UObject* Object)
 	if (IsValid(Object) && !IsSelected(Object))
 	{
 		Objects.Add(TWeakObjectPtr<UObject>(Object));
+		Handles.insert(Object->GetHandle());
 		ChangedEvent.Broadcast();
 	}
 }
@@ -30,6 +30,7 @@ void USelection::Deselect(UObject* Object)
 		if (Objects[Index].Get() == Object)
 		{
 			Objects.RemoveAt(Index);
+			Handles.erase(Object->GetHandle());
 			ChangedEvent.Broadcast();
 			return;
 		}
@@ -41,6 +42,7 @@ void USelection::DeselectAll()
 	if (!Objects.IsEmpty())
 	{
 		Objects.Empty();
+		Handles.clear();
 		ChangedEvent.Broadcast();
 	}
 }

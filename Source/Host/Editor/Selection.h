@@ -5,6 +5,8 @@
 #include "Core/Delegate.h"
 #include "CoreUObject/ObjectPtr.h"
 
+#include <unordered_set>
+
 /// An ordered set of selected objects. It keeps none of them alive: an entry whose object is gone reads as null.
 class USelection : public UObject
 {
@@ -32,5 +34,7 @@ public:
 
 private:
 	TArray<TWeakObjectPtr<UObject>> Objects;
+	/// The handles of the entries: selecting many objects is linear in their number.
+	std::unordered_set<FObjectHandle> Handles;
 	TMulticastDelegate<void()> ChangedEvent;
 };

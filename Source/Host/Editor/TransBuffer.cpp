@@ -39,6 +39,10 @@ UTransBuffer::~UTransBuffer()
 
 int32 UTransBuffer::Begin(const FTransactionContext& Context)
 {
+	if (bExchanging)
+	{
+		return INDEX_NONE;
+	}
 	if (Scopes.empty())
 	{
 		Open = std::make_unique<FTransactionRecord>(Context);
@@ -131,7 +135,9 @@ bool UTransBuffer::Step(bool bUndo)
 		FTransactionRecord& Record = *Queue[Queue.size() - uint32(NumUndone)];
 		NumUndone -= bUndo ? 0 : 1;
 		Context = Record.GetContext();
+		bExchanging = true;
 		Record.Exchange();
+		bExchanging = false;
 		Event.Broadcast(Context, true);
 	}
 	ChangedEvent.Broadcast();

@@ -36,7 +36,7 @@ public:
 	bool Undo() override;
 	bool Redo() override;
 	void Reset() override;
-	bool IsActive() const override { return !Scopes.empty(); }
+	bool IsActive() const override { return !Scopes.empty() || bExchanging; }
 
 	FEvent& OnUndo() { return UndoEvent; }
 	FEvent& OnRedo() { return RedoEvent; }
@@ -68,6 +68,8 @@ private:
 
 	std::vector<std::unique_ptr<FTransactionRecord>> Queue;
 	int32 NumUndone = 0;
+	/// While an undo or redo exchanges states, whoever it notifies can open no transaction and undo nothing.
+	bool bExchanging = false;
 	std::unique_ptr<FTransactionRecord> Open;
 	/// For each open scope, how many objects were recorded when it began.
 	std::vector<int32> Scopes;

@@ -41,7 +41,8 @@ bool USceneComponent::IsAttachedTo(const USceneComponent* Other) const
 
 bool USceneComponent::AttachToComponent(USceneComponent* Parent, EAttachmentRule Rule)
 {
-	if (!Parent || Parent == this || Parent->IsAttachedTo(this))
+	// Only what has children can be above its new parent: a long chain that grows at its end is not walked at every step.
+	if (!IsValid(Parent) || Parent == this || (!AttachChildren.IsEmpty() && Parent->IsAttachedTo(this)))
 	{
 		return false;
 	}
@@ -141,13 +142,16 @@ void USceneComponent::PostDuplicate()
 		}
 	}
 	AttachChildren = OwnChildren;
-	if (USceneComponent* const Parent = AttachParent; Parent && !Parent->AttachChildren.Contains(this))
+	USceneComponent* const Parent = AttachParent;
+	if (Parent && Parent->AttachChildren.Contains(this))
+	{
+		// The parent was copied too, and the world transforms are derived from the top of what was copied.
+		return;
+	}
+	if (Parent)
 	{
 		Parent->Modify();
 		Parent->AttachChildren.Add(this);
 	}
-	if (!AttachParent || !AttachParent->IsIn(GetOuter()))
-	{
-		UpdateComponentToWorld();
-	}
+	UpdateComponentToWorld();
 }

@@ -52,6 +52,24 @@ const FMeshDescription* FStaticMeshSourceModel::Read() const
 	return Cache.Get();
 }
 
+TSharedPtr<const FMeshDescription> FStaticMeshSourceModel::ReadCommitted() const
+{
+	if (!IsValid())
+	{
+		return nullptr;
+	}
+	if (const FMeshDescription* const InMemory = BulkData->GetDescription())
+	{
+		return TSharedPtr<const FMeshDescription>(std::shared_ptr<const FMeshDescription>(BulkData.ToStd(), InMemory));
+	}
+	if (IsCacheFresh() && bCacheIsEdited)
+	{
+		return BulkData->Decode();
+	}
+	Read();
+	return Cache;
+}
+
 void FStaticMeshSourceModel::Commit()
 {
 	if (IsCacheFresh() && bCacheIsEdited)
@@ -146,18 +164,17 @@ void UStaticMesh::Build(bool, TArray<FText>* OutErrors)
 	{
 		BodySetup->BeginCooking();
 	}
-	const UStaticMesh& Source = *this;
 	for (int32 Lod = 0; Lod < GetNumSourceModels(); ++Lod)
 	{
 		GWarn->Tick();
-		if (OutErrors && IsMeshDescriptionValid(Lod) && !Source.GetMeshDescription(Lod))
+		if (OutErrors && IsMeshDescriptionValid(Lod) && !SourceModels[Lod].ReadCommitted())
 		{
 			OutErrors->Add(FText::Format(NSLOCTEXT("StaticMesh", "UndecodableLod", "{0}: level {1} cannot be decoded"),
 				FText::FromString(GetName()), FText::AsNumber(Lod)));
 		}
 	}
-	const FMeshDescription* const BoundsSource =
-		IsMeshDescriptionValid(0) ? Source.GetMeshDescription(0) : Source.GetHiResMeshDescription();
+	const TSharedPtr<const FMeshDescription> BoundsSource =
+		(IsMeshDescriptionValid(0) ? SourceModels[0] : HiResSourceModel).ReadCommitted();
 	if (BoundsSource)
 	{
 		Derived.Bounds = BoundsSource->ComputeBoundingBox();
@@ -195,15 +212,16 @@ const FBox& UStaticMesh::GetBoundingBox()
 const FStaticMeshLodRenderData* UStaticMesh::GetRenderData(int32 Lod)
 {
 	EnsureBuilt();
-	const UStaticMesh& Source = *this;
-	const FMeshDescription* const Description = Source.GetMeshDescription(Lod);
-	if (!Description)
+	if (!IsMeshDescriptionValid(Lod))
 	{
 		return nullptr;
 	}
 	if (!Derived.Lods[Lod].IsValid())
 	{
-		Derived.Lods[Lod] = MakeShared<FStaticMeshLodRenderData>(BuildLodRenderData(*Description));
+		if (const TSharedPtr<const FMeshDescription> Description = SourceModels[Lod].ReadCommitted())
+		{
+			Derived.Lods[Lod] = MakeShared<FStaticMeshLodRenderData>(BuildLodRenderData(*Description));
+		}
 	}
 	return Derived.Lods[Lod].Get();
 }
