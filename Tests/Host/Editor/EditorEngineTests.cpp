@@ -108,5 +108,6 @@ TEST_F(FEditorEngine, PlaySessionRunsInACopyThatEndsWithIt)
 	GEditor->EndPlaySession();
 	EXPECT_THAT(Told, ElementsAre(true, false));
 	EXPECT_TRUE(GEditor->StartPlaySession());
+	GEditor->EndPlaySession();
 }
 } // namespace
