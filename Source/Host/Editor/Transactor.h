@@ -19,8 +19,8 @@ class UTransactor : public UObject
 	DECLARE_CLASS(UTransactor, UObject)
 
 public:
-	/// Opens a transaction, or joins the open one. Returns the index of the scope: 0 for the outermost; INDEX_NONE, opening nothing, where
-	/// that cannot be.
+	/// Opens a transaction, or joins the open one. Returns the index of the scope: 0 for the outermost; INDEX_NONE,
+	/// opening nothing, where that cannot be.
 	virtual int32 Begin(const FTransactionContext& Context);
 
 	/// Closes the innermost scope; closing the outermost one commits. Returns the index of the scope that was closed.

@@ -41,7 +41,8 @@ bool USceneComponent::IsAttachedTo(const USceneComponent* Other) const
 
 bool USceneComponent::AttachToComponent(USceneComponent* Parent, EAttachmentRule Rule)
 {
-	// Only what has children can be above its new parent: a long chain that grows at its end is not walked at every step.
+	// Only what has children can be above its new parent: a long chain that grows at its end is not walked at every
+	// step.
 	if (!IsValid(Parent) || Parent == this || (!AttachChildren.IsEmpty() && Parent->IsAttachedTo(this)))
 	{
 		return false;

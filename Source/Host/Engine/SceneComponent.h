@@ -52,8 +52,8 @@ public:
 	/// True when `Other` is above this component in the attachment tree.
 	bool IsAttachedTo(const USceneComponent* Other) const;
 
-	/// Attaches the component, recording both ends (and the end that it leaves). Returns false, changing nothing, when the parent is
-	/// null, destroyed, the component itself, or below it.
+	/// Attaches the component, recording both ends (and the end that it leaves). Returns false, changing nothing, when
+	/// the parent is null, destroyed, the component itself, or below it.
 	bool AttachToComponent(USceneComponent* Parent, EAttachmentRule Rule = EAttachmentRule::KeepRelative);
 
 	/// Detaches the component from its parent, recording both ends. Does nothing without a parent.

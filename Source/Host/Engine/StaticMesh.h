@@ -47,7 +47,8 @@ public:
 	/// it if it is in memory. Null as above.
 	const FMeshDescription* Read() const;
 
-	/// What the bulk data hold, whatever is being edited: what is derived from the mesh is derived from this. Null as above.
+	/// What the bulk data hold, whatever is being edited: what is derived from the mesh is derived from this. Null as
+	/// above.
 	TSharedPtr<const FMeshDescription> ReadCommitted() const;
 
 	/// Makes the edited description the new bulk data, without copying it. Does nothing when nothing was being edited.

@@ -14,7 +14,10 @@ namespace
 class FAssetTools : public FEditorFixture
 {
 protected:
-	FAssetTools() : Module(FModuleManager::Get().LoadModuleChecked<FAssetToolsModule>(TEXT("AssetTools"))) {}
+	FAssetTools()
+		: Module(FModuleManager::Get().LoadModuleChecked<FAssetToolsModule>(TEXT("AssetTools")))
+	{
+	}
 	~FAssetTools() override { Module.SetOverride(nullptr); }
 
 	struct FNames

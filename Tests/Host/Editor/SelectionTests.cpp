@@ -13,7 +13,8 @@ using testing::ElementsAre;
 class FSelection : public FEditorFixture
 {
 protected:
-	FSelection() : Selection(GEditor->GetSelectedActors())
+	FSelection()
+		: Selection(GEditor->GetSelectedActors())
 	{
 		Selection->OnChanged().AddLambda([this]() { ++NumChanges; });
 	}

@@ -50,8 +50,8 @@ protected:
 		{
 			return [this, What](const FTransactionContext& Context, bool bSuccess)
 			{
-				Told.push_back(std::string(What) + " " + Context.Context.ToUtf8() + ":" + Context.Title.ToString().ToUtf8() +
-					(bSuccess ? "" : " failed"));
+				Told.push_back(std::string(What) + " " + Context.Context.ToUtf8() + ":" +
+							   Context.Title.ToString().ToUtf8() + (bSuccess ? "" : " failed"));
 			};
 		};
 		Transactions().OnUndo().AddLambda(Tell("undo"));

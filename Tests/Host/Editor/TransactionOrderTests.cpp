@@ -55,8 +55,7 @@ protected:
 
 	static UTestProbeComponent* Make(const TCHAR* Name, USceneComponent* Parent = nullptr)
 	{
-		UTestProbeComponent* const Component =
-			World()->SpawnActor<AActor>()->AddComponent<UTestProbeComponent>(Name);
+		UTestProbeComponent* const Component = World()->SpawnActor<AActor>()->AddComponent<UTestProbeComponent>(Name);
 		if (Parent)
 		{
 			Component->AttachToComponent(Parent);

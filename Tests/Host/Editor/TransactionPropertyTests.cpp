@@ -66,8 +66,9 @@ rc::Gen<FEdit> AnyEdit()
 	using WorldGenerators::Index;
 	return rc::gen::map(
 		rc::gen::tuple(Index(FEdit::NumKinds), Index(1000), Index(1000), WorldGenerators::AnyTransform()),
-		[](const std::tuple<int32, int32, int32, FTransform>& Parts)
-		{ return FEdit{std::get<0>(Parts), std::get<1>(Parts), std::get<2>(Parts), std::get<3>(Parts)}; });
+		[](const std::tuple<int32, int32, int32, FTransform>& Parts) {
+			return FEdit{std::get<0>(Parts), std::get<1>(Parts), std::get<2>(Parts), std::get<3>(Parts)};
+		});
 }
 
 rc::Gen<FStep> AnyStep()
@@ -75,8 +76,10 @@ rc::Gen<FStep> AnyStep()
 	const auto What = rc::gen::weightedElement<int32>({{5, FStep::Commit}, {2, FStep::CommitNested}, {1, FStep::Cancel},
 		{4, FStep::Undo}, {3, FStep::Redo}, {2, FStep::Collect}});
 	const auto Edits = rc::gen::resize(5, rc::gen::container<std::vector<FEdit>>(AnyEdit()));
-	return rc::gen::map(rc::gen::pair(What, Edits), [](const std::pair<int32, std::vector<FEdit>>& Parts)
-		{ return FStep{Parts.first, Parts.second}; });
+	return rc::gen::map(rc::gen::pair(What, Edits),
+		[](const std::pair<int32, std::vector<FEdit>>& Parts) {
+			return FStep{Parts.first, Parts.second};
+		});
 }
 
 template <class T>

@@ -41,7 +41,8 @@ TEST_F(FTransaction, StaysExactThroughManyUndosAndRedos)
 	const FWorldState Before = State();
 	{
 		const FEditScope Scope;
-		Move(Parent, FTransform(FQuat(FVector(3, 1, 2).GetSafeNormal(), 2.1), FVector(1. / 3, 0.1, -7), FVector(0.1, 3, 7)));
+		Move(Parent,
+			FTransform(FQuat(FVector(3, 1, 2).GetSafeNormal(), 2.1), FVector(1. / 3, 0.1, -7), FVector(0.1, 3, 7)));
 		MoveFirstVertex(Mesh, FVector3f(-7.f, 0.1f, 1.f));
 	}
 	const FWorldState After = State();
@@ -298,7 +299,8 @@ TEST_F(FTransaction, EventsCarryTheContextAndWhetherItSucceeded)
 	Undo();
 	Undo();
 	Redo();
-	EXPECT_THAT(Told, ElementsAre("redo : failed", "undo Test:Bake Transform", "undo : failed", "redo Test:Bake Transform"));
+	EXPECT_THAT(
+		Told, ElementsAre("redo : failed", "undo Test:Bake Transform", "undo : failed", "redo Test:Bake Transform"));
 }
 
 TEST_F(FTransaction, ContextKeepsThePrimaryObject)

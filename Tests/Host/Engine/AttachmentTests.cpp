@@ -26,7 +26,8 @@ FTransform Even()
 
 bool IsSame(const FTransform& A, const FTransform& B)
 {
-	return A.GetRotation() == B.GetRotation() && A.GetTranslation() == B.GetTranslation() && A.GetScale3D() == B.GetScale3D();
+	return A.GetRotation() == B.GetRotation() && A.GetTranslation() == B.GetTranslation() &&
+		   A.GetScale3D() == B.GetScale3D();
 }
 
 /// A named child component of one actor.

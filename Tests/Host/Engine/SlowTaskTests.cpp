@@ -34,7 +34,7 @@ protected:
 	void Write(const char* What, const FSlowTask& Task)
 	{
 		Lines.push_back(What + Task.GetMessage().ToString().ToUtf8() + " " +
-			std::to_string(int(Task.GetFraction() * 100.0 + 0.5)) + "%");
+						std::to_string(int(Task.GetFraction() * 100.0 + 0.5)) + "%");
 	}
 
 	FFeedbackContext Context;

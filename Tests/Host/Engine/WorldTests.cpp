@@ -33,7 +33,8 @@ TEST_F(FWorld, ListsItsActorsInTheOrderInWhichTheyWereSpawned)
 TEST_F(FWorld, TellsOfActorsThatComeAndGo)
 {
 	int32 NumTold = 0;
-	const FDelegateHandle Handle = UWorld::OnActorListChanged().AddLambda([&](UWorld* Told) { NumTold += Told == World(); });
+	const FDelegateHandle Handle =
+		UWorld::OnActorListChanged().AddLambda([&](UWorld* Told) { NumTold += Told == World(); });
 	AActor* const Actor = World()->SpawnActor<AActor>();
 	EXPECT_EQ(NumTold, 1);
 	World()->DuplicateActor(Actor);
@@ -73,7 +74,8 @@ TEST_F(FWorld, DestroyingAnActorKeepsWhatIsAttachedToItInPlaceAndLetsItGo)
 	UStaticMeshComponent* const Inner = AddMeshComponent(Parent, nullptr, Place);
 	const UStaticMeshComponent* const OnRoot = MakeActor(World(), nullptr, Place, Parent);
 	const UStaticMeshComponent* const OnInner = MakeActor(World(), nullptr, Place, Inner);
-	const UStaticMeshComponent* const Below = MakeActor(World(), nullptr, Place, const_cast<UStaticMeshComponent*>(OnInner));
+	const UStaticMeshComponent* const Below =
+		MakeActor(World(), nullptr, Place, const_cast<UStaticMeshComponent*>(OnInner));
 	const FTransform OnRootPlace = OnRoot->GetComponentTransform();
 	const FTransform OnInnerPlace = OnInner->GetComponentTransform();
 	const FTransform BelowPlace = Below->GetComponentTransform();
