@@ -26,7 +26,7 @@ TEST_F(ToolMenus, SectionsAndEntriesStandInTheOrderOfTheirAddition)
 
 TEST_F(ToolMenus, SectionsGoBeforeAndAfterTheirAnchors)
 {
-	const auto Add = [this](const TCHAR* Name, const TCHAR* Anchor, EToolMenuInsertType Position)
+	const auto Add = [](const TCHAR* Name, const TCHAR* Anchor, EToolMenuInsertType Position)
 	{ AddPlain(Extend().AddSection(Name, FText(), FToolMenuInsert(Anchor, Position)), TEXT("x")); };
 	Add(TEXT("AfterLate"), TEXT("Late"), EToolMenuInsertType::After);
 	Add(TEXT("Plain"), nullptr, EToolMenuInsertType::Default);
