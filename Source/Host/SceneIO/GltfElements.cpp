@@ -284,7 +284,10 @@ void WriteComponents(
 	case EGltfComponent::UnsignedInt:
 		return WriteAs<std::uint32_t>(Values, bNormalized, Out);
 	case EGltfComponent::Float:
-		std::memcpy(Out.data(), Values.data(), Values.size_bytes());
+		if (!Values.empty())
+		{
+			std::memcpy(Out.data(), Values.data(), Values.size_bytes());
+		}
 		return;
 	case EGltfComponent::Unknown:
 		return;

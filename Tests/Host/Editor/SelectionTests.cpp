@@ -18,6 +18,7 @@ protected:
 	{
 		Selection->OnChanged().AddLambda([this]() { ++NumChanges; });
 	}
+	~FSelection() override { Selection->OnChanged().Clear(); }
 
 	static AActor* Make() { return World()->SpawnActor<AActor>(); }
 	void Select(AActor* Actor) { GEditor->SelectActor(Actor, true); }
