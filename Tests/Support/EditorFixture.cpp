@@ -20,6 +20,15 @@ void DestroyEditorAndAssets()
 {
 	if (GEditor)
 	{
+		// Listeners look at what was local to a test, and is gone.
+		GEditor->OnPlaySession().Clear();
+		GEditor->GetSelectedActors()->OnChanged().Clear();
+		if (UTransBuffer* const Buffer = Cast<UTransBuffer>(GEditor->Trans.Get()))
+		{
+			Buffer->OnChanged().Clear();
+			Buffer->OnUndo().Clear();
+			Buffer->OnRedo().Clear();
+		}
 		UEditorEngine::Destroy();
 	}
 	for (UPackage* Package : GetObjectsOf<UPackage>())

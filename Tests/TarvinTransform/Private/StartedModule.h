@@ -3,7 +3,7 @@
 
 #include "Core/ModuleManager.h"
 #include "Editor/LevelEditor.h"
-#include "ModuleFixture.h"
+#include "TarvinTransform/ModuleFixture.h"
 
 /// An editor in which the module is started, for the length of one test.
 class FStartedModuleTest : public FModuleTest
