@@ -7,7 +7,7 @@
 namespace
 {
 /// For each host axis, the file's axis that it lies along, and its direction.
-constexpr int FileAxis[3] = {2, 0, 1};
+constexpr std::size_t FileAxis[3] = {2, 0, 1};
 constexpr double FileSign[3] = {-1.0, -1.0, 1.0};
 } // namespace
 
@@ -33,9 +33,9 @@ FMatrix SceneSpace::MatrixToHost(const std::array<double, 16>& Matrix)
 	{
 		for (int To = 0; To < 3; ++To)
 		{
-			Result.M[From][To] = FileSign[From] * FileSign[To] * Matrix[std::size_t(FileAxis[From] * 4 + FileAxis[To])];
+			Result.M[From][To] = FileSign[From] * FileSign[To] * Matrix[FileAxis[From] * 4 + FileAxis[To]];
 		}
-		Result.M[3][From] = UnitsPerMetre * FileSign[From] * Matrix[std::size_t(12 + FileAxis[From])];
+		Result.M[3][From] = UnitsPerMetre * FileSign[From] * Matrix[12 + FileAxis[From]];
 	}
 	return Result;
 }

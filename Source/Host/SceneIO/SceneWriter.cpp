@@ -150,7 +150,7 @@ private:
 		for (int32 Level = 0; Level < Entry.LodNodes.Num(); ++Level)
 		{
 			const FGltfIndex LevelNode = Entry.LodNodes[Level];
-			const FGltfIndex LevelMesh = Levels[std::size_t(Level + 1)];
+			const FGltfIndex LevelMesh = Levels[std::size_t(Level) + 1];
 			if (Document.Node(LevelNode).Mesh != LevelMesh)
 			{
 				Patch.SetNodeMesh(LevelNode, LevelMesh);
