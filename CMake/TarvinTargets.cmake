@@ -3,6 +3,13 @@
 
 set(TARVIN_HOST_INCLUDE "${PROJECT_SOURCE_DIR}/Source/Host")
 
+# Added to what LSAN_OPTIONS already says. Colons separate options. What was suppressed is not printed: tests read what
+# the programs that they start write.
+if(TARVIN_SANITIZE)
+	set(TARVIN_LEAK_PROPERTIES ENVIRONMENT_MODIFICATION
+		"LSAN_OPTIONS=path_list_append:suppressions=${PROJECT_SOURCE_DIR}/CMake/LeakSuppressions.txt:print_suppressions=0")
+endif()
+
 # tarvin_add_folders(<folder>...): adds each listed folder that has a CMakeLists.txt.
 function(tarvin_add_folders)
 	foreach(Folder IN LISTS ARGN)
@@ -95,7 +102,7 @@ function(tarvin_test Name)
 	gtest_discover_tests(${Name}
 		DISCOVERY_MODE PRE_TEST
 		DISCOVERY_TIMEOUT 60
-		PROPERTIES TIMEOUT 300 ENVIRONMENT QT_QPA_PLATFORM=offscreen)
+		PROPERTIES TIMEOUT 300 ENVIRONMENT QT_QPA_PLATFORM=offscreen ${TARVIN_LEAK_PROPERTIES})
 endfunction()
 
 # tarvin_benchmark(<Name> SOURCES ... [LINKS ...]): a Google Benchmark program, run by `./dev bench`.

@@ -1,13 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "Slate/InputChord.h"
 #include "SlateQt/QtKeys.h"
-
-#include <gtest/gtest.h>
+#include "SlateQtTestFixture.h"
 
 namespace
 {
 constexpr quint32 RightShiftSym = 0xffe2;
 constexpr quint32 LeftShiftSym = 0xffe1;
+
+/// An event names the keyboard that it came from, and it is the application that owns it.
+class QtKeys : public testing::Test
+{
+protected:
+	static void SetUpTestSuite() { EnsureQtApplication(); }
+};
 
 QKeyEvent Press(int Key, Qt::KeyboardModifiers Modifiers = Qt::NoModifier, quint32 ScanCode = 0, quint32 Sym = 0,
 	const QString& Text = {})
@@ -26,7 +32,7 @@ FString NameOf(const QKeyEvent& Event, bool bPlaceScanCodes = false)
 }
 }
 
-TEST(QtKeys, LettersDigitsAndNamedKeysKeepTheirNames)
+TEST_F(QtKeys, LettersDigitsAndNamedKeysKeepTheirNames)
 {
 	EXPECT_EQ(NameOf(Press(Qt::Key_B)), TEXT("B"));
 	EXPECT_EQ(NameOf(Press(Qt::Key_7)), TEXT("Seven"));
@@ -37,7 +43,7 @@ TEST(QtKeys, LettersDigitsAndNamedKeysKeepTheirNames)
 	EXPECT_EQ(NameOf(Press(Qt::Key_Space)), TEXT("SpaceBar"));
 }
 
-TEST(QtKeys, EveryHostKeyButMouseButtonsIsReached)
+TEST_F(QtKeys, EveryHostKeyButMouseButtonsIsReached)
 {
 	const struct
 	{
@@ -54,7 +60,7 @@ TEST(QtKeys, EveryHostKeyButMouseButtonsIsReached)
 	}
 }
 
-TEST(QtKeys, KeypadDigitsAreKeypadKeysWithAndWithoutNumLock)
+TEST_F(QtKeys, KeypadDigitsAreKeypadKeysWithAndWithoutNumLock)
 {
 	const struct
 	{
@@ -84,7 +90,7 @@ TEST(QtKeys, KeypadDigitsAreKeypadKeysWithAndWithoutNumLock)
 	EXPECT_EQ(NameOf(Press(Qt::Key_Slash, Qt::KeypadModifier)), TEXT("Divide"));
 }
 
-TEST(QtKeys, DigitRowIsDigitsWhateverTheLayoutTypes)
+TEST_F(QtKeys, DigitRowIsDigitsWhateverTheLayoutTypes)
 {
 	constexpr quint32 PlaceOfSeven = 16;
 	// A German layout types a slash with Shift and 7, a French one needs Shift for the digit itself.
@@ -95,7 +101,7 @@ TEST(QtKeys, DigitRowIsDigitsWhateverTheLayoutTypes)
 	EXPECT_EQ(NameOf(Press(Qt::Key_7, Qt::KeypadModifier, 79), true), TEXT("NumPadSeven"));
 }
 
-TEST(QtKeys, LettersOfOtherScriptsMeanTheLatinLetterInTheirPlace)
+TEST_F(QtKeys, LettersOfOtherScriptsMeanTheLatinLetterInTheirPlace)
 {
 	constexpr quint32 PlaceOfB = 56;
 	constexpr int CyrillicI = 0x418;
@@ -105,12 +111,12 @@ TEST(QtKeys, LettersOfOtherScriptsMeanTheLatinLetterInTheirPlace)
 	EXPECT_EQ(NameOf(Press(Qt::Key_Z, Qt::NoModifier, 29), true), TEXT("Z"));
 }
 
-TEST(QtKeys, UnknownKeyIsInvalid)
+TEST_F(QtKeys, UnknownKeyIsInvalid)
 {
 	EXPECT_FALSE(ToHostKey(Press(Qt::Key_VolumeUp), false).IsValid());
 }
 
-TEST(QtKeys, EventCarriesCharacterRepeatAndModifiers)
+TEST_F(QtKeys, EventCarriesCharacterRepeatAndModifiers)
 {
 	FQtModifierSides Sides;
 	const QKeyEvent Held(QEvent::KeyPress, Qt::Key_A, Qt::ShiftModifier, 38, 0, 0, QStringLiteral("A"), true);
@@ -123,7 +129,7 @@ TEST(QtKeys, EventCarriesCharacterRepeatAndModifiers)
 	EXPECT_EQ(Event.GetKeyCode(), 38u);
 }
 
-TEST(QtKeys, SidesOfModifiersAreToldApart)
+TEST_F(QtKeys, SidesOfModifiersAreToldApart)
 {
 	FQtModifierSides Sides;
 	Sides.Observe(Press(Qt::Key_Shift, Qt::NoModifier, 0, RightShiftSym));
@@ -137,7 +143,7 @@ TEST(QtKeys, SidesOfModifiersAreToldApart)
 	EXPECT_FALSE(State.IsRightShiftDown());
 }
 
-TEST(QtKeys, SecondShiftKeyLeavesTheFirstDown)
+TEST_F(QtKeys, SecondShiftKeyLeavesTheFirstDown)
 {
 	FQtModifierSides Sides;
 	const QKeyEvent Left = Press(Qt::Key_Shift, Qt::NoModifier, 0, LeftShiftSym);
@@ -154,7 +160,7 @@ TEST(QtKeys, SecondShiftKeyLeavesTheFirstDown)
 	EXPECT_TRUE(Sides.After(Up).IsRightShiftDown());
 }
 
-TEST(QtKeys, ModifierWhosePressWasNotSeenCountsAsLeft)
+TEST_F(QtKeys, ModifierWhosePressWasNotSeenCountsAsLeft)
 {
 	FQtModifierSides Sides;
 	const FModifierKeysState State = Sides.Resolve(Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
@@ -164,7 +170,7 @@ TEST(QtKeys, ModifierWhosePressWasNotSeenCountsAsLeft)
 	EXPECT_FALSE(State.IsShiftDown());
 }
 
-TEST(QtKeys, ModifierReleasedInAnotherProgramIsUp)
+TEST_F(QtKeys, ModifierReleasedInAnotherProgramIsUp)
 {
 	FQtModifierSides Sides;
 	Sides.Observe(Press(Qt::Key_Shift, Qt::NoModifier, 0, RightShiftSym));
@@ -172,7 +178,7 @@ TEST(QtKeys, ModifierReleasedInAnotherProgramIsUp)
 	EXPECT_TRUE(Sides.Resolve(Qt::ShiftModifier).IsLeftShiftDown());
 }
 
-TEST(QtKeys, ThirdLevelKeyIsNoAlt)
+TEST_F(QtKeys, ThirdLevelKeyIsNoAlt)
 {
 	FQtModifierSides Sides;
 	Sides.Observe(Press(Qt::Key_AltGr));
@@ -180,7 +186,7 @@ TEST(QtKeys, ThirdLevelKeyIsNoAlt)
 	EXPECT_EQ(NameOf(Press(Qt::Key_AltGr)), TEXT("RightAlt"));
 }
 
-TEST(QtKeys, MouseButtonsHaveTheirKeys)
+TEST_F(QtKeys, MouseButtonsHaveTheirKeys)
 {
 	EXPECT_EQ(ToHostMouseButton(Qt::LeftButton), EKeys::LeftMouseButton);
 	EXPECT_EQ(ToHostMouseButton(Qt::RightButton), EKeys::RightMouseButton);
