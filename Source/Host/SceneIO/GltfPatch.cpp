@@ -84,16 +84,19 @@ void FGltfPatch::UseExtension(const std::string& Name)
 	}
 }
 
+void EditNodeTransform(FJsonEdit& Edit, const FJsonText& Json, FJsonIndex Node, const FNodePlacement& Placement)
+{
+	Edit.RemoveMember(Node, "matrix");
+	const FNodePlacement Default;
+	SetVector(Edit, Json, Node, "translation", Placement.Translation, Default.Translation);
+	SetVector(Edit, Json, Node, "rotation", Placement.Rotation, Default.Rotation);
+	SetVector(Edit, Json, Node, "scale", Placement.Scale, Default.Scale);
+}
+
 void FGltfPatch::SetNodeTransform(FGltfIndex Node, const std::array<double, 3>& Translation,
 	const std::array<double, 4>& Rotation, const std::array<double, 3>& Scale)
 {
-	const FJsonText& Json = Source->Json();
-	const FJsonIndex Object = Source->Node(Node).Json;
-	Edit.RemoveMember(Object, "matrix");
-	const FGltfNode Default;
-	SetVector(Edit, Json, Object, "translation", Translation, Default.Translation);
-	SetVector(Edit, Json, Object, "rotation", Rotation, Default.Rotation);
-	SetVector(Edit, Json, Object, "scale", Scale, Default.Scale);
+	EditNodeTransform(Edit, Source->Json(), Source->Node(Node).Json, {Translation, Rotation, Scale});
 }
 
 void FGltfPatch::SetNodeMesh(FGltfIndex Node, FGltfIndex Mesh)

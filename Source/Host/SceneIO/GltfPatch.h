@@ -4,6 +4,7 @@
 #include "SceneIO/GltfDocument.h"
 #include "SceneIO/JsonEdit.h"
 #include "SceneIO/NewElements.h"
+#include "SceneIO/NodePlacement.h"
 
 #include <array>
 #include <map>
@@ -33,6 +34,10 @@ struct FGltfMeshChange
 	std::map<std::string, std::string> Members;
 };
 
+/// Writes what differs from a node's default transform as translation, rotation and scale, in place of what the node
+/// object had (a matrix included). Numbers equal to the object's own keep their digits.
+void EditNodeTransform(FJsonEdit& Edit, const FJsonText& Json, FJsonIndex Node, const FNodePlacement& Placement);
+
 /// Everything that a save is to change in a document. Nothing else in it changes by a byte. Built, then saved once; the
 /// document itself stays as it is.
 class FGltfPatch
@@ -57,8 +62,7 @@ public:
 	/// Lists a name in "extensionsUsed", once.
 	void UseExtension(const std::string& Name);
 
-	/// Writes what differs from the node's default transform as translation, rotation and scale, in place of what the
-	/// node had (a matrix included). Numbers equal to the node's own keep their digits.
+	/// See EditNodeTransform.
 	void SetNodeTransform(FGltfIndex Node, const std::array<double, 3>& Translation,
 		const std::array<double, 4>& Rotation, const std::array<double, 3>& Scale);
 

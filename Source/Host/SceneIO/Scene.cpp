@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "SceneIO/Scene.h"
 
+#include "Core/Map.h"
 #include "CoreUObject/ObjectIterator.h"
 #include "CoreUObject/Package.h"
 #include "Engine/InstancedStaticMeshComponent.h"
+#include "SceneIO/NodeReferences.h"
+#include "SceneIO/SceneActor.h"
 #include "SceneIO/SceneExtensions.h"
 #include "SceneIO/SceneMeshData.h"
 #include "SceneIO/SceneSpace.h"
@@ -39,6 +42,8 @@ TSceneResult<std::unique_ptr<FScene>> FScene::Load(const std::string& Path, UWor
 	std::unique_ptr<FScene> Scene(new FScene());
 	Scene->Source = Document.Take();
 	Scene->World = World;
+	static int32 LastId = 0;
+	Scene->Id = ++LastId;
 	Scene->PackageFolder = FString(SceneRoot) / Stem(Scene->Source->Place().Name);
 	const std::size_t NumMeshes = Scene->Source->Model().Meshes.size();
 	for (std::size_t Mesh = 0; Mesh < NumMeshes; ++Mesh)
@@ -59,12 +64,16 @@ TSceneResult<std::unique_ptr<FScene>> FScene::Load(const std::string& Path, UWor
 
 FScene::~FScene()
 {
-	for (const FSceneNode& Node : Nodes)
+	// Copies go with what they were copied from.
+	for (AActor* Actor : World ? World->GetActors() : TArray<AActor*>())
 	{
-		if (Node.Actor)
+		if (SourceOf(Actor) != NoIndex)
 		{
-			Node.Component->MarkAsGarbage();
-			Node.Actor->MarkAsGarbage();
+			for (UActorComponent* Component : Actor->GetComponents())
+			{
+				Component->MarkAsGarbage();
+			}
+			Actor->MarkAsGarbage();
 		}
 	}
 	const FString Prefix = PackageFolder + TEXT("/");
@@ -87,8 +96,14 @@ FScene::~FScene()
 
 FGltfIndex FScene::NodeOf(const AActor* Actor) const
 {
-	const FGltfIndex* const Found = NodeOfActor.Find(const_cast<AActor*>(Actor));
-	return Found ? *Found : NoIndex;
+	const FGltfIndex Index = SourceOf(Actor);
+	return Index != NoIndex && Node(Index).Actor == Actor ? Index : NoIndex;
+}
+
+FGltfIndex FScene::SourceOf(const AActor* Actor) const
+{
+	const ASceneActor* const SceneActor = Cast<ASceneActor>(Actor);
+	return SceneActor && SceneActor->SceneId == Id ? SceneActor->SourceNode : NoIndex;
 }
 
 FString FScene::NodeName(FGltfIndex Index) const
@@ -164,25 +179,32 @@ FSceneStatus FScene::MakeActors()
 {
 	const std::size_t NumNodes = Source->Model().Nodes.size();
 	Nodes.resize(NumNodes);
+	const std::vector<bool> bBlank = FindBlankNodes(*Source);
 	for (std::size_t Index = 0; Index < NumNodes; ++Index)
 	{
 		const FGltfNode& Node = Source->Model().Nodes[Index];
 		FSceneNode& Entry = Nodes[Index];
+		if (bBlank[Index])
+		{
+			continue;
+		}
 		TSceneResult<EComponentCreationMethod> Method = SceneExtensions::ReadCreationMethod(*Source, FGltfIndex(Index));
 		if (!Method)
 		{
 			return Method.Error();
 		}
-		AActor* const Actor = World->SpawnActor<AActor>();
+		ASceneActor* const Actor = World->SpawnActor<ASceneActor>();
+		Actor->SceneId = Id;
+		Actor->SourceNode = FGltfIndex(Index);
 		Actor->SetActorLabel(NodeName(FGltfIndex(Index)));
 		Entry.Actor = Actor;
+		Entry.bHadActor = true;
 		Entry.Component =
 			CastChecked<USceneComponent>(Actor->AddComponentOfClass(ComponentClass(Node), NAME_None, *Method));
 		if (UStaticMeshComponent* const MeshComponent = Cast<UStaticMeshComponent>(Entry.Component.Get()))
 		{
 			MeshComponent->SetStaticMesh(MeshAssets[std::size_t(Node.Mesh)]);
 		}
-		NodeOfActor.Add(Actor, FGltfIndex(Index));
 		PlaceNode(Node, Entry);
 		Entry.Component->SetRelativeTransform(Entry.LoadedRelative);
 	}
@@ -274,14 +296,7 @@ std::vector<int32> CountLevelUses(const FGltfDocument& Document)
 /// The nodes that a scene lists, or another node has as its child.
 std::vector<bool> FindPlacedNodes(const FGltfDocument& Document)
 {
-	std::vector<bool> bPlaced(Document.Model().Nodes.size(), false);
-	for (const FGltfScene& Scene : Document.Model().Scenes)
-	{
-		for (const FGltfIndex Root : Scene.Nodes)
-		{
-			bPlaced[std::size_t(Root)] = true;
-		}
-	}
+	std::vector<bool> bPlaced = FindListedNodes(Document);
 	for (std::size_t Index = 0; Index < bPlaced.size(); ++Index)
 	{
 		bPlaced[Index] = bPlaced[Index] || Document.Model().Nodes[Index].Parent != NoIndex;

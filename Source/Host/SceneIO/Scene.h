@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "Core/Map.h"
 #include "Core/Matrix.h"
 #include "Engine/Actor.h"
 #include "Engine/StaticMesh.h"
@@ -16,8 +15,11 @@
 /// A node of the file in the world.
 struct FSceneNode
 {
+	/// Null for a node that was blank in the file (see FindBlankNodes); destroyed, or null, once the user has
+	/// deleted it: ask `FScene::IsAlive`.
 	TObjectPtr<AActor> Actor;
 	TObjectPtr<USceneComponent> Component; ///< the actor's root
+	bool bHadActor = false;                ///< when the file was read
 	FTransform LoadedRelative;             ///< as it was read, so that a save knows what changed
 	FMatrix TrueLocal;                     ///< what a viewer computes, in the host's space and units
 	FMatrix TrueWorld;
@@ -27,7 +29,8 @@ struct FSceneNode
 	FGltfIndex LevelOf = NoIndex; ///< the node whose asset has taken this node's mesh in as a level
 };
 
-/// A scene file in a world: an actor for each node, of all scenes and of none, and an asset for each mesh.
+/// A scene file in a world: an actor for each node that is not blank, of all scenes and of none, and an asset for each
+/// mesh.
 ///
 /// The file's geometry stays in the file until it is asked for. The scene keeps the document; the world and the
 /// packages keep the rest.
@@ -52,8 +55,14 @@ public:
 	FGltfIndex NumNodes() const { return FGltfIndex(Nodes.size()); }
 	const FSceneNode& Node(FGltfIndex Index) const { return Nodes[std::size_t(Index)]; }
 
+	/// Whether the node has an actor in the world now.
+	bool IsAlive(FGltfIndex Index) const { return IsValid(Node(Index).Actor) && IsValid(Node(Index).Component); }
+
 	/// The node whose actor this is; NoIndex for an actor that the file did not make.
 	FGltfIndex NodeOf(const AActor* Actor) const;
+
+	/// The node whose actor this is, or which it was copied from; NoIndex for an actor that neither is true of.
+	FGltfIndex SourceOf(const AActor* Actor) const;
 
 	/// The asset that was made of a mesh of the file; null for meshes that only serve other assets as levels or HiRes
 	/// sources.
@@ -92,7 +101,7 @@ private:
 	std::vector<TSharedPtr<const FSceneMeshData>> Data;
 	std::vector<TObjectPtr<UStaticMesh>> MeshAssets;
 	std::vector<FAssetMeshes> MeshesOfAssets;
-	TMap<AActor*, FGltfIndex> NodeOfActor;
+	int32 Id = 0; ///< of this scene among all that were loaded
 };
 
 /// The instances of a node in its space, as the host sees it; empty for a node that is not instanced. Reads the file.

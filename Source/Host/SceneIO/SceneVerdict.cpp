@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "SceneIO/SceneVerdict.h"
 
+#include "SceneIO/NodeReferences.h"
 #include "SceneIO/SceneSpace.h"
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 
 namespace
@@ -40,18 +40,6 @@ std::string FirstUnknown(const std::vector<std::string>& Names, const std::array
 	}
 	return {};
 }
-
-/// The node that a JSON pointer of an animation points into.
-FGltfIndex NodeOfPointer(std::string_view Pointer)
-{
-	constexpr std::string_view Prefix = "/nodes/";
-	FGltfIndex Node = NoIndex;
-	if (Pointer.starts_with(Prefix))
-	{
-		std::from_chars(Pointer.data() + Prefix.size(), Pointer.data() + Pointer.size(), Node);
-	}
-	return Node;
-}
 } // namespace
 
 FSceneJudge::FSceneJudge(const FScene& InScene)
@@ -81,12 +69,13 @@ void FSceneJudge::FindAnimated()
 		}
 	}
 	AnimatedAncestor.assign(Model.Nodes.size(), NoIndex);
+	const FSceneTree Tree(Scene);
 	for (FGltfIndex Node = 0; Node < Scene.NumNodes(); ++Node)
 	{
-		for (FGltfIndex Up = Model.Nodes[std::size_t(Node)].Parent;
-			 Up != NoIndex && AnimatedAncestor[std::size_t(Node)] == NoIndex; Up = Model.Nodes[std::size_t(Up)].Parent)
+		FGltfIndex& Found = AnimatedAncestor[std::size_t(Node)];
+		for (FGltfIndex Up = Tree.Node(Node).Parent; Up != NoIndex && Found == NoIndex; Up = Tree.Node(Up).Parent)
 		{
-			AnimatedAncestor[std::size_t(Node)] = bAnimated[std::size_t(Up)] ? Up : NoIndex;
+			Found = !Tree.IsNew(Up) && bAnimated[std::size_t(Up)] ? Up : NoIndex;
 		}
 	}
 }
@@ -209,11 +198,18 @@ std::string FSceneJudge::ReasonOfMesh(const FGltfMesh& Mesh) const
 
 std::vector<FMatrix> FSceneJudge::WorldMatrices() const
 {
-	std::vector<FMatrix> Worlds(std::size_t(Scene.NumNodes()));
+	std::vector<FMatrix> Worlds = WorldMatrices(FSceneTree(Scene));
+	Worlds.resize(std::size_t(Scene.NumNodes()));
+	return Worlds;
+}
+
+std::vector<FMatrix> FSceneJudge::WorldMatrices(const FSceneTree& Tree) const
+{
+	std::vector<FMatrix> Worlds(std::size_t(Tree.Num()));
 	std::vector<FGltfIndex> Pending;
-	for (FGltfIndex Node = 0; Node < Scene.NumNodes(); ++Node)
+	for (FGltfIndex Node = 0; Node < Tree.Num(); ++Node)
 	{
-		if (Scene.Document()->Node(Node).Parent == NoIndex)
+		if (Tree.Node(Node).Parent == NoIndex && Tree.Node(Node).Root)
 		{
 			Pending.push_back(Node);
 		}
@@ -222,13 +218,14 @@ std::vector<FMatrix> FSceneJudge::WorldMatrices() const
 	{
 		const FGltfIndex Node = Pending.back();
 		Pending.pop_back();
-		const FSceneNode& Entry = Scene.Node(Node);
-		const FGltfIndex Parent = Scene.Document()->Node(Node).Parent;
-		const FTransform& Relative = Entry.Component->GetRelativeTransform();
+		const FGltfIndex Parent = Tree.Node(Node).Parent;
+		const FGltfIndex Source = Tree.Node(Node).Source;
+		const FTransform& Relative = Tree.Node(Node).Root->GetRelativeTransform();
 		// What was not touched is what the file says, shear included.
-		const FMatrix Local = Relative == Entry.LoadedRelative ? Entry.TrueLocal : Relative.ToMatrixWithScale();
+		const bool bAsInFile = Source != NoIndex && Relative == Scene.Node(Source).LoadedRelative;
+		const FMatrix Local = bAsInFile ? Scene.Node(Source).TrueLocal : Relative.ToMatrixWithScale();
 		Worlds[std::size_t(Node)] = Parent == NoIndex ? Local : Local * Worlds[std::size_t(Parent)];
-		for (const FGltfIndex Child : Scene.Document()->Node(Node).Children)
+		for (const FGltfIndex Child : Tree.Node(Node).Children)
 		{
 			Pending.push_back(Child);
 		}
@@ -273,7 +270,7 @@ bool CanHoldStill(const FMatrix& Parent)
 } // namespace
 
 std::string FSceneJudge::ReasonOfPlace(
-	ESceneCommand Command, FGltfIndex Index, const std::vector<FMatrix>& Worlds) const
+	ESceneCommand Command, FGltfIndex Index, const FSceneTree& Tree, const std::vector<FMatrix>& Worlds) const
 {
 	const FMatrix& World = Worlds[std::size_t(Index)];
 	if (!IsFinite(World))
@@ -294,12 +291,12 @@ std::string FSceneJudge::ReasonOfPlace(
 	{
 		return "its world transform has shear";
 	}
-	const FTransform& Held = Scene.Node(Index).Component->GetComponentTransform();
+	const FTransform& Held = Tree.Node(Index).Root->GetComponentTransform();
 	if (RelativeDifference(Held.ToMatrixWithScale(), World) > ExactTolerance)
 	{
 		return "its world transform cannot be held exactly";
 	}
-	const FGltfIndex Parent = Scene.Document()->Node(Index).Parent;
+	const FGltfIndex Parent = Tree.Node(Index).Parent;
 	if (Parent == NoIndex)
 	{
 		return {};
@@ -317,22 +314,23 @@ std::string FSceneJudge::ReasonOfPlace(
 }
 
 std::string FSceneJudge::ReasonOfChild(
-	ESceneCommand Command, FGltfIndex Child, const std::vector<FMatrix>& Worlds) const
+	ESceneCommand Command, FGltfIndex Child, const FSceneTree& Tree, const std::vector<FMatrix>& Worlds) const
 {
-	const std::string Name = "its child '" + Scene.NodeName(Child).ToUtf8() + "'";
-	if (bAnimated[std::size_t(Child)])
+	const std::string Name = "its child '" + Tree.Node(Child).Actor->GetActorLabel().ToUtf8() + "'";
+	if (!Tree.IsNew(Child) && bAnimated[std::size_t(Child)])
 	{
 		return Name + " is animated";
 	}
-	if (bJoint[std::size_t(Child)])
+	if (!Tree.IsNew(Child) && bJoint[std::size_t(Child)])
 	{
 		return Name + " is a joint of a skin";
 	}
-	if (!Scene.Node(Child).bUnitRotation)
+	const FGltfIndex Source = Tree.Node(Child).Source;
+	if (Source != NoIndex && !Scene.Node(Source).bUnitRotation)
 	{
 		return Name + " has a rotation that is not a unit quaternion";
 	}
-	if (Scene.Node(Child).LocalShear > ExactTolerance || !IsFinite(Worlds[std::size_t(Child)]))
+	if ((Source != NoIndex && Scene.Node(Source).LocalShear > ExactTolerance) || !IsFinite(Worlds[std::size_t(Child)]))
 	{
 		return Name + " has a matrix that rotation and scale cannot say";
 	}
@@ -344,7 +342,7 @@ std::string FSceneJudge::ReasonOfChild(
 	{
 		return Name + " would be sheared";
 	}
-	const FTransform& Held = Scene.Node(Child).Component->GetComponentTransform();
+	const FTransform& Held = Tree.Node(Child).Root->GetComponentTransform();
 	return RelativeDifference(Held.ToMatrixWithScale(), Worlds[std::size_t(Child)]) > ExactTolerance
 			   ? Name + " cannot be held in its place exactly"
 			   : std::string();
@@ -352,13 +350,14 @@ std::string FSceneJudge::ReasonOfChild(
 
 std::vector<FSceneVerdict> FSceneJudge::Judge(ESceneCommand Command, const std::vector<bool>& bWanted) const
 {
-	const std::vector<FMatrix> Worlds = WorldMatrices();
-	std::vector<FSceneVerdict> Verdicts(Worlds.size());
+	const FSceneTree Tree(Scene);
+	const std::vector<FMatrix> Worlds = WorldMatrices(Tree);
+	std::vector<FSceneVerdict> Verdicts(std::size_t(Scene.NumNodes()));
 	const auto Document = Scene.Document();
 	for (FGltfIndex Node = 0; Node < Scene.NumNodes(); ++Node)
 	{
 		FSceneVerdict& Verdict = Verdicts[std::size_t(Node)];
-		if (Document->Node(Node).Mesh == NoIndex)
+		if (Document->Node(Node).Mesh == NoIndex || !Tree.Node(Node).Actor)
 		{
 			continue;
 		}
@@ -370,7 +369,7 @@ std::vector<FSceneVerdict> FSceneJudge::Judge(ESceneCommand Command, const std::
 			Verdict.Kind = FSceneVerdict::EKind::NothingToBake;
 			continue;
 		}
-		Verdict.Reason = Verdict.Reason.empty() ? ReasonOfPlace(Command, Node, Worlds) : Verdict.Reason;
+		Verdict.Reason = Verdict.Reason.empty() ? ReasonOfPlace(Command, Node, Tree, Worlds) : Verdict.Reason;
 		Verdict.Kind = Verdict.Reason.empty() ? FSceneVerdict::EKind::Candidate : Verdict.Kind;
 	}
 	// A node that is left out is a child to be held in its place, which may leave out its parent in turn.
@@ -384,11 +383,11 @@ std::vector<FSceneVerdict> FSceneJudge::Judge(ESceneCommand Command, const std::
 			{
 				continue;
 			}
-			for (const FGltfIndex Child : Document->Node(Node).Children)
+			for (const FGltfIndex Child : Tree.Node(Node).Children)
 			{
-				const bool bMovesItself =
-					bWanted[std::size_t(Child)] && Verdicts[std::size_t(Child)].Kind == FSceneVerdict::EKind::Candidate;
-				std::string Reason = bMovesItself ? std::string() : ReasonOfChild(Command, Child, Worlds);
+				const bool bMovesItself = !Tree.IsNew(Child) && bWanted[std::size_t(Child)] &&
+										  Verdicts[std::size_t(Child)].Kind == FSceneVerdict::EKind::Candidate;
+				std::string Reason = bMovesItself ? std::string() : ReasonOfChild(Command, Child, Tree, Worlds);
 				if (!Reason.empty())
 				{
 					Verdict = {FSceneVerdict::EKind::LeftOut, std::move(Reason)};

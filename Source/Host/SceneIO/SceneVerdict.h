@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "SceneIO/Scene.h"
+#include "SceneIO/SceneTree.h"
 
 #include <optional>
 #include <string>
@@ -29,7 +29,8 @@ struct FSceneVerdict
 	std::string Reason; ///< of a node that is left out: "it is skinned"
 };
 
-/// Judges the nodes of a scene, from true matrices, as its world stands now.
+/// Judges the nodes of a scene, from true matrices, as its world stands now. Copies of nodes are seen as what is above
+/// or below others, and are not judged themselves: what keeps their source from being worked on keeps them, too.
 ///
 /// `IsWanted` says which nodes the user asked for. A node that is asked for, but whose children would suffer, is left
 /// out; children that are candidates themselves do not suffer.
@@ -52,8 +53,11 @@ private:
 	std::string FindStaticReason(FGltfIndex Node) const;
 	std::string ReasonOfNode(const FGltfNode& Node, FGltfIndex Index) const;
 	std::string ReasonOfMesh(const FGltfMesh& Mesh) const;
-	std::string ReasonOfPlace(ESceneCommand Command, FGltfIndex Node, const std::vector<FMatrix>& Worlds) const;
-	std::string ReasonOfChild(ESceneCommand Command, FGltfIndex Child, const std::vector<FMatrix>& Worlds) const;
+	std::vector<FMatrix> WorldMatrices(const FSceneTree& Tree) const;
+	std::string ReasonOfPlace(
+		ESceneCommand Command, FGltfIndex Node, const FSceneTree& Tree, const std::vector<FMatrix>& Worlds) const;
+	std::string ReasonOfChild(
+		ESceneCommand Command, FGltfIndex Child, const FSceneTree& Tree, const std::vector<FMatrix>& Worlds) const;
 
 	const FScene& Scene;
 	std::vector<bool> bAnimated; ///< has a channel of its own

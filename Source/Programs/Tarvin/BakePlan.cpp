@@ -30,7 +30,7 @@ bool WouldMerge(const FTransform& A, const FTransform& B)
 UStaticMesh* AssetOf(const FScene& Scene, FGltfIndex Node)
 {
 	const UStaticMeshComponent* const Component = Cast<UStaticMeshComponent>(Scene.Node(Node).Component.Get());
-	return Component ? Component->GetStaticMesh() : nullptr;
+	return IsValid(Component) ? Component->GetStaticMesh() : nullptr;
 }
 
 FBakePlanner::FBakePlanner(const FScene& InScene, const FSceneJudge& InJudge, const FBakeOptions& InOptions)

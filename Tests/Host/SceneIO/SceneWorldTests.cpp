@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "Support/EditorFixture.h"
+#include "SceneFixture.h"
 #include "Support/WorldGenerators.h"
 
 #include "Engine/BodySetup.h"
@@ -15,56 +15,10 @@
 
 #include <array>
 #include <cmath>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
-#include <unistd.h>
 
 namespace
 {
-/// An editor, and a folder for one scene file.
-class SceneWorld : public FEditorFixture
-{
-protected:
-	SceneWorld()
-		: Folder(std::filesystem::temp_directory_path() / ("tarvin-scene-" + std::to_string(getpid())))
-	{
-		std::filesystem::create_directories(Folder);
-	}
-	~SceneWorld() override { std::filesystem::remove_all(Folder); }
-
-	std::string Path(const char* Name) const { return (Folder / Name).string(); }
-
-	std::unique_ptr<FScene> Load(const std::string& Members)
-	{
-		std::ofstream(Path("scene.gltf")) << R"({"asset":{"version":"2.0"},)" << Members << "}";
-		TSceneResult<std::unique_ptr<FScene>> Scene = FScene::Load(Path("scene.gltf"), World());
-		EXPECT_TRUE(Scene.IsOk()) << (Scene ? "" : Scene.Error().Message);
-		return Scene ? Scene.Take() : nullptr;
-	}
-
-	std::string LoadError(const std::string& Members)
-	{
-		std::ofstream(Path("scene.gltf")) << R"({"asset":{"version":"2.0"},)" << Members << "}";
-		TSceneResult<std::unique_ptr<FScene>> Scene = FScene::Load(Path("scene.gltf"), World());
-		return Scene ? std::string() : Scene.Error().Message;
-	}
-
-	static std::string ReadAll(const std::string& FilePath)
-	{
-		std::ostringstream Content;
-		Content << std::ifstream(FilePath).rdbuf();
-		return Content.str();
-	}
-
-	std::filesystem::path Folder;
-};
-
-/// A mesh whose accessor has no buffer view: three vertices at the origin.
-const std::string ThreeVertices =
-	R"("accessors":[{"componentType":5126,"count":3,"type":"VEC3","min":[0,0,0],"max":[0,0,0]}],)";
-const std::string OneMesh =
-	ThreeVertices + R"("meshes":[{"name":"Rock","primitives":[{"attributes":{"POSITION":0}}]}],)";
+using SceneWorld = FSceneFixture;
 
 using FColumns = std::array<double, 16>;
 
