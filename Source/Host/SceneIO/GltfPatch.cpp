@@ -93,6 +93,33 @@ void EditNodeTransform(FJsonEdit& Edit, const FJsonText& Json, FJsonIndex Node, 
 	SetVector(Edit, Json, Node, "scale", Placement.Scale, Default.Scale);
 }
 
+void EditIndexList(
+	FJsonEdit& Edit, const FJsonText& Json, FJsonIndex Owner, const char* Key, const FIndexListChange& Change)
+{
+	const FJsonIndex Array = Json.Find(Owner, Key);
+	if (Array == NoJson)
+	{
+		if (!Change.Added.empty())
+		{
+			Edit.SetMember(Owner, Key, JsonWrite::Indices(Change.Added));
+		}
+		return;
+	}
+	if (Change.Added.empty() && !Change.Gone.empty() && Change.Gone.size() == Json.Count(Array))
+	{
+		Edit.RemoveMember(Owner, Key);
+		return;
+	}
+	for (const FJsonIndex Element : Change.Gone)
+	{
+		Edit.RemoveElement(Array, Element);
+	}
+	for (const FGltfIndex Index : Change.Added)
+	{
+		Edit.AppendElement(Array, JsonWrite::Integer(static_cast<std::uint64_t>(Index)));
+	}
+}
+
 void FGltfPatch::SetNodeTransform(FGltfIndex Node, const std::array<double, 3>& Translation,
 	const std::array<double, 4>& Rotation, const std::array<double, 3>& Scale)
 {

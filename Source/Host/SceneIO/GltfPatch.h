@@ -38,6 +38,18 @@ struct FGltfMeshChange
 /// object had (a matrix included). Numbers equal to the object's own keep their digits.
 void EditNodeTransform(FJsonEdit& Edit, const FJsonText& Json, FJsonIndex Node, const FNodePlacement& Placement);
 
+/// What is to change in a list of indices.
+struct FIndexListChange
+{
+	std::vector<FJsonIndex> Gone; ///< elements of the list
+	std::vector<FGltfIndex> Added;
+};
+
+/// Takes elements out of a list of indices and puts others behind, making or removing the list as need be: the format
+/// has no empty ones.
+void EditIndexList(
+	FJsonEdit& Edit, const FJsonText& Json, FJsonIndex Owner, const char* Key, const FIndexListChange& Change);
+
 /// Everything that a save is to change in a document. Nothing else in it changes by a byte. Built, then saved once; the
 /// document itself stays as it is.
 class FGltfPatch

@@ -74,3 +74,8 @@ std::string JsonWrite::Array(std::span<const float> Values)
 {
 	return ShortestArray(Values);
 }
+
+std::string JsonWrite::Indices(std::span<const std::int32_t> Values)
+{
+	return ShortestArray(Values);
+}

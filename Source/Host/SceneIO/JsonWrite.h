@@ -18,4 +18,6 @@ std::string Integer(std::uint64_t Value);
 std::string String(std::string_view Utf8);
 std::string Array(std::span<const double> Values);
 std::string Array(std::span<const float> Values);
+/// An array of indices, none of them negative.
+std::string Indices(std::span<const std::int32_t> Values);
 }

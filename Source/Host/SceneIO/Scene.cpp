@@ -9,6 +9,7 @@
 #include "SceneIO/SceneActor.h"
 #include "SceneIO/SceneExtensions.h"
 #include "SceneIO/SceneMeshData.h"
+#include "SceneIO/SceneParts.h"
 #include "SceneIO/SceneSpace.h"
 
 #include <algorithm>
@@ -204,6 +205,10 @@ FSceneStatus FScene::MakeActors()
 		if (UStaticMeshComponent* const MeshComponent = Cast<UStaticMeshComponent>(Entry.Component.Get()))
 		{
 			MeshComponent->SetStaticMesh(MeshAssets[std::size_t(Node.Mesh)]);
+		}
+		if (SceneParts::HasParts(*Source, FGltfIndex(Index)))
+		{
+			Actor->AddComponent<UScenePartComponent>();
 		}
 		PlaceNode(Node, Entry);
 		Entry.Component->SetRelativeTransform(Entry.LoadedRelative);

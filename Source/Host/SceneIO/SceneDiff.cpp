@@ -1,107 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "SceneIO/SceneDiff.h"
 
-#include "SceneIO/GltfPrimitiveData.h"
-#include "SceneIO/PrimitiveTopology.h"
-#include "SceneIO/Scene.h"
-#include "SceneIO/SceneMeshData.h"
+#include "SceneIO/SceneDiffParts.h"
+#include "SceneIO/ScenePicture.h"
 #include "SceneIO/SceneSpace.h"
 
 #include <algorithm>
 #include <cmath>
-#include <map>
 
 namespace
 {
-/// A scene as a viewer computes it, in the host's space.
-class FPicture
-{
-public:
-	explicit FPicture(std::shared_ptr<const FGltfDocument> InDocument)
-		: Document(std::move(InDocument))
-	{
-		Worlds.resize(Document->Model().Nodes.size());
-		std::vector<FGltfIndex> Pending;
-		for (FGltfIndex Node = 0; Node < NumNodes(); ++Node)
-		{
-			if (Document->Node(Node).Parent == NoIndex)
-			{
-				Worlds[std::size_t(Node)] = Local(Node);
-				Pending.push_back(Node);
-			}
-		}
-		while (!Pending.empty())
-		{
-			const FGltfIndex Parent = Pending.back();
-			Pending.pop_back();
-			for (const FGltfIndex Child : Document->Node(Parent).Children)
-			{
-				Worlds[std::size_t(Child)] = Local(Child) * Worlds[std::size_t(Parent)];
-				Pending.push_back(Child);
-			}
-		}
-	}
-
-	FGltfIndex NumNodes() const { return FGltfIndex(Document->Model().Nodes.size()); }
-	const FGltfDocument& Scene() const { return *Document; }
-
-	/// The world matrices of a node's copies: one, or one for each instance.
-	TSceneResult<std::vector<FMatrix>> Copies(FGltfIndex Node) const
-	{
-		std::vector<FMatrix> Matrices;
-		const auto& Extensions = Document->Node(Node).Extensions;
-		if (!Extensions || !Extensions->bInstanced)
-		{
-			Matrices.push_back(Worlds[std::size_t(Node)]);
-			return Matrices;
-		}
-		TSceneResult<std::vector<FTransform>> Instances = ReadSceneInstances(Document, Node);
-		if (!Instances)
-		{
-			return Instances.Error();
-		}
-		for (const FTransform& Instance : *Instances)
-		{
-			Matrices.push_back(Instance.ToMatrixWithScale() * Worlds[std::size_t(Node)]);
-		}
-		return Matrices;
-	}
-
-	/// The mesh's geometry, decoded once.
-	TSceneResult<TSharedPtr<FMeshDescription>> Geometry(FGltfIndex Mesh)
-	{
-		const auto Known = Decoded.find(Mesh);
-		if (Known != Decoded.end())
-		{
-			return Known->second;
-		}
-		TSceneResult<TSharedPtr<FMeshDescription>> Result = FSceneMeshData(Document, Mesh).TryDecode();
-		if (Result)
-		{
-			Decoded.emplace(Mesh, *Result);
-		}
-		return Result;
-	}
-
-private:
-	/// The matrix that viewers make of the node, of a quaternion that is not quite of length one, too.
-	FMatrix Local(FGltfIndex Index) const
-	{
-		const FGltfNode& Node = Document->Node(Index);
-		if (Node.bHasMatrix)
-		{
-			return SceneSpace::MatrixToHost(Node.Matrix);
-		}
-		return FTransform(SceneSpace::RotationToHost(Node.Rotation).GetNormalized(),
-			SceneSpace::PointToHost(Node.Translation), SceneSpace::ScaleToHost(Node.Scale))
-			.ToMatrixWithScale();
-	}
-
-	std::shared_ptr<const FGltfDocument> Document;
-	std::vector<FMatrix> Worlds;
-	std::map<FGltfIndex, TSharedPtr<FMeshDescription>> Decoded;
-};
-
 /// A normal as it stands in the world: by the inverse transpose, on the side on which the mirrored triangle shows its
 /// face.
 FVector WorldNormal(const FVector3f& Normal, const FMatrix& InverseTransposed)
@@ -249,7 +157,7 @@ std::string FindDifference(const FMeshDescription& A, const FMeshDescription& B)
 	return {};
 }
 
-FSceneStatus CompareNode(FPicture& A, FPicture& B, FNodeDeviation& Node, double& Size)
+FSceneStatus CompareNode(FScenePicture& A, FScenePicture& B, FNodeDeviation& Node, double& Size)
 {
 	const FGltfIndex MeshA = A.Scene().Node(Node.Node).Mesh;
 	const FGltfIndex MeshB = B.Scene().Node(Node.Node).Mesh;
@@ -292,8 +200,8 @@ FSceneStatus CompareNode(FPicture& A, FPicture& B, FNodeDeviation& Node, double&
 TSceneResult<FSceneDeviation> CompareScenes(
 	const std::shared_ptr<const FGltfDocument>& A, const std::shared_ptr<const FGltfDocument>& B)
 {
-	FPicture PictureA(A);
-	FPicture PictureB(B);
+	FScenePicture PictureA(A);
+	FScenePicture PictureB(B);
 	FSceneDeviation Result;
 	const FGltfIndex NumNodes = std::max(PictureA.NumNodes(), PictureB.NumNodes());
 	for (FGltfIndex Index = 0; Index < NumNodes; ++Index)
@@ -319,6 +227,10 @@ TSceneResult<FSceneDeviation> CompareScenes(
 		Node.Position /= SceneSpace::UnitsPerMetre;
 		Result.Nodes.push_back(std::move(Node));
 	}
+	if (FSceneStatus Status = ComparePartPlaces(PictureA, PictureB, Result); !Status)
+	{
+		return Status.Error();
+	}
 	Result.Size /= SceneSpace::UnitsPerMetre;
 	Result.SumUp();
 	return Result;
@@ -327,6 +239,7 @@ TSceneResult<FSceneDeviation> CompareScenes(
 void FSceneDeviation::LeaveOut(const std::function<bool(FGltfIndex)>& IsLeftOut)
 {
 	std::erase_if(Nodes, [&](const FNodeDeviation& Node) { return IsLeftOut(Node.Node); });
+	std::erase_if(Parts, [&](const FPartDeviation& Part) { return Part.bOfMesh && IsLeftOut(Part.Node); });
 	SumUp();
 }
 
@@ -344,5 +257,10 @@ void FSceneDeviation::SumUp()
 		NumFlipped += Node.NumFlipped;
 		NumUnreadable += Node.bUnreadable ? 1u : 0u;
 		NumDifferent += Node.Difference.empty() ? 0u : 1u;
+	}
+	for (const FPartDeviation& Part : Parts)
+	{
+		Position = std::max(Position, Part.Position);
+		NumDifferent += Part.Difference.empty() ? 0u : 1u;
 	}
 }

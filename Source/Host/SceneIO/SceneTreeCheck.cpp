@@ -73,9 +73,13 @@ private:
 		}
 	}
 
-	/// By the node itself, or by a copy of it. A copy has levels of its own.
+	/// By the node itself, or by a copy of it. A copy has levels of its own, and points at itself where the node did.
 	bool IsCarried(const FNodeReference& Reference) const
 	{
+		if (Reference.Owner == Reference.Node)
+		{
+			return false;
+		}
 		if (!Tree.IsDeleted(Reference.Owner))
 		{
 			return true;

@@ -3,7 +3,7 @@
 
 #include "SceneIO/JsonWrite.h"
 #include "SceneIO/NodeReferences.h"
-#include "SceneIO/PrintableText.h"
+#include "SceneIO/SceneParts.h"
 
 #include <algorithm>
 
@@ -16,16 +16,6 @@ constexpr std::string_view NoTranslation = "[0,0,0]";
 std::string Integer(FGltfIndex Index)
 {
 	return JsonWrite::Integer(std::uint64_t(Index));
-}
-
-std::string IndexList(const std::vector<FGltfIndex>& Indices)
-{
-	std::string Text;
-	for (const FGltfIndex Index : Indices)
-	{
-		Text += (Text.empty() ? "" : ",") + Integer(Index);
-	}
-	return "[" + Text + "]";
 }
 
 /// A node object that is not taken for a deleted one.
@@ -50,13 +40,13 @@ FSceneTreePatch::FSceneTreePatch(const FScene& InScene, const FSceneTree& InTree
 	, Document(*InScene.Document())
 	, Patch(InPatch)
 	, Meshes(InMeshes)
+	, Listing(InScene, InTree, InPatch)
 {
 }
 
 FSceneStatus FSceneTreePatch::Write()
 {
-	FindScenes();
-	if (FSceneStatus Status = WriteScenes(); !Status)
+	if (FSceneStatus Status = Listing.Write(); !Status)
 	{
 		return Status;
 	}
@@ -65,13 +55,13 @@ FSceneStatus FSceneTreePatch::Write()
 		if (Tree.Node(Node).Actor)
 		{
 			WriteName(Node);
-			WriteChildren(Node);
+			WriteChildren(Node, MoveParts(Node, Patch.Json()));
 		}
 	}
 	for (FGltfIndex Index = Scene.NumNodes(); Index < Tree.Num(); ++Index)
 	{
 		std::string Text = NewNode(Index);
-		const bool bUnlinked = Tree.Node(Index).Parent == NoIndex && !IsListedNow(Index);
+		const bool bUnlinked = Tree.Node(Index).Parent == NoIndex && !Listing.IsListed(Index);
 		const FGltfIndex Added = Patch.AppendToRoot("nodes", bUnlinked ? WithSubstance(std::move(Text)) : Text);
 		check(Added == Index);
 	}
@@ -111,7 +101,7 @@ std::string FSceneTreePatch::NewNode(FGltfIndex Index)
 	}
 	if (!Node.Children.empty())
 	{
-		Edit.SetMember(Empty->Root(), "children", ChildList(Index));
+		Edit.SetMember(Empty->Root(), "children", JsonWrite::Indices(Node.Children));
 	}
 	return Edit.ApplyAll();
 }
@@ -144,14 +134,20 @@ std::string FSceneTreePatch::CopiedNode(FGltfIndex Index)
 	{
 		Edit.SetMember(Source.Json, "mesh", Integer(Shown.front()));
 	}
-	if (Node.Children.empty())
+	std::vector<FGltfIndex> Children = Node.Children;
+	if (const FGltfIndex Parts = MoveParts(Index, Edit); Parts != NoIndex)
+	{
+		Children.push_back(Parts);
+	}
+	if (Children.empty())
 	{
 		Edit.RemoveMember(Source.Json, "children");
 	}
 	else
 	{
-		Edit.SetMember(Source.Json, "children", ChildList(Index));
+		Edit.SetMember(Source.Json, "children", JsonWrite::Indices(Children));
 	}
+	PointAtItself(Index, Edit);
 	if (!Scene.Node(Node.Source).LodNodes.IsEmpty() && !Shown.empty())
 	{
 		Edit.SetMember(Json.Find(Json.Find(Source.Json, "extensions"), "MSFT_lod"), "ids", LevelList(Index));
@@ -177,12 +173,28 @@ std::string FSceneTreePatch::LevelList(FGltfIndex Index)
 		Edit.SetMember(Source.Json, "mesh", Integer(Meshes[std::size_t(Index)][std::size_t(Level) + 1]));
 		Added.push_back(AddBehind(Edit.Apply(Source.Json)));
 	}
-	return IndexList(Added);
+	return JsonWrite::Indices(Added);
 }
 
-std::string FSceneTreePatch::ChildList(FGltfIndex Index) const
+/// A collider or trigger in the shape of its own node is in that of the copy there.
+void FSceneTreePatch::PointAtItself(FGltfIndex Index, FJsonEdit& Edit) const
 {
-	return IndexList(Tree.Node(Index).Children);
+	const FGltfIndex SourceIndex = Tree.Node(Index).Source;
+	const auto& Extensions = Document.Node(SourceIndex).Extensions;
+	if (!Extensions || !Extensions->RigidBody)
+	{
+		return;
+	}
+	const auto Point = [&](const FGltfGeometry& Geometry)
+	{
+		if (Geometry.Node == SourceIndex)
+		{
+			Edit.SetMember(Geometry.Json, "node", Integer(Index));
+		}
+	};
+	const FGltfRigidBody& Body = *Extensions->RigidBody;
+	Point(Body.Collider ? Body.Collider->Geometry : FGltfGeometry());
+	Point(Body.Trigger ? Body.Trigger->Geometry : FGltfGeometry());
 }
 
 void FSceneTreePatch::WriteName(FGltfIndex Node)
@@ -194,7 +206,24 @@ void FSceneTreePatch::WriteName(FGltfIndex Node)
 	}
 }
 
-void FSceneTreePatch::WriteChildren(FGltfIndex Node)
+/// Gives what the node carries a child node of its own where it stands elsewhere than the node now. `Edit` is of the
+/// node's object, or of a copy.
+FGltfIndex FSceneTreePatch::MoveParts(FGltfIndex Index, FJsonEdit& Edit)
+{
+	const FSceneTreeNode& Node = Tree.Node(Index);
+	const UScenePartComponent* const Parts = SceneParts::Find(Node.Actor);
+	const bool bHasParts = Parts && SceneParts::HasParts(Document, Node.Source);
+	if (!bHasParts || !ChangedPlacement(FGltfNode(), FTransform(), Parts->GetRelativeTransform()))
+	{
+		return NoIndex;
+	}
+	const FString Label = Node.Actor->GetActorLabel();
+	const bool bRenamed = Label != Scene.NodeName(Node.Source);
+	return AddBehind(SceneParts::MoveToChild(Edit, Document, Node.Source, Parts->GetRelativeTransform(),
+		bRenamed ? Label.ToUtf8() : Document.Node(Node.Source).Name));
+}
+
+void FSceneTreePatch::WriteChildren(FGltfIndex Node, FGltfIndex Parts)
 {
 	const FGltfNode& Old = Document.Node(Node);
 	std::vector<FJsonIndex> Gone;
@@ -213,35 +242,11 @@ void FSceneTreePatch::WriteChildren(FGltfIndex Node)
 			Added.push_back(Child);
 		}
 	}
-	WriteList(Old.Json, "children", Gone, Added);
-}
-
-/// Takes elements out of a list of indices and puts others behind. The format has no empty lists.
-void FSceneTreePatch::WriteList(
-	FJsonIndex Owner, const char* Key, const std::vector<FJsonIndex>& Gone, const std::vector<FGltfIndex>& Added)
-{
-	const FJsonIndex Array = Document.Json().Find(Owner, Key);
-	if (Array == NoJson)
+	if (Parts != NoIndex)
 	{
-		if (!Added.empty())
-		{
-			Patch.Json().SetMember(Owner, Key, IndexList(Added));
-		}
-		return;
+		Added.push_back(Parts);
 	}
-	if (Added.empty() && !Gone.empty() && Gone.size() == Document.Json().Count(Array))
-	{
-		Patch.Json().RemoveMember(Owner, Key);
-		return;
-	}
-	for (const FJsonIndex Element : Gone)
-	{
-		Patch.Json().RemoveElement(Array, Element);
-	}
-	for (const FGltfIndex Index : Added)
-	{
-		Patch.Json().AppendElement(Array, Integer(Index));
-	}
+	EditIndexList(Patch.Json(), Document.Json(), Old.Json, "children", {Gone, Added});
 }
 
 void FSceneTreePatch::WriteDeleted()
@@ -267,129 +272,6 @@ void FSceneTreePatch::WriteDeleted()
 	}
 }
 
-void FSceneTreePatch::FindScenes()
-{
-	const std::vector<FGltfScene>& Scenes = Document.Model().Scenes;
-	ListedBy.resize(std::size_t(Scene.NumNodes()));
-	AddedRoots.resize(Scenes.size());
-	bListedNow.assign(std::size_t(Tree.Num()), false);
-	for (std::size_t Index = 0; Index < Scenes.size(); ++Index)
-	{
-		for (const FGltfIndex Root : Scenes[Index].Nodes)
-		{
-			ListedBy[std::size_t(Root)].push_back(Index);
-		}
-	}
-	for (FGltfIndex Index = 0; Index < Tree.Num(); ++Index)
-	{
-		const FSceneTreeNode& Node = Tree.Node(Index);
-		const bool bWasRoot = !Tree.IsNew(Index) && Document.Node(Index).Parent == NoIndex;
-		if (!Node.Actor || Node.Parent != NoIndex || bWasRoot)
-		{
-			continue;
-		}
-		// What leaves its parent, or is copied, stays in the scenes that it was in; what comes from nowhere is put
-		// where viewers look first.
-		std::vector<std::size_t> In;
-		if (Node.Source != NoIndex)
-		{
-			In = ScenesInFile(Node.Source);
-		}
-		else if (!Scenes.empty())
-		{
-			In.push_back(Document.Model().DefaultScene == NoIndex ? 0 : std::size_t(Document.Model().DefaultScene));
-		}
-		for (const std::size_t InScene : In)
-		{
-			bListedNow[std::size_t(Index)] = true;
-			const bool bThere = !Tree.IsNew(Index) && std::ranges::count(ListedBy[std::size_t(Index)], InScene) > 0;
-			if (!bThere)
-			{
-				AddedRoots[InScene].push_back(Index);
-			}
-		}
-	}
-}
-
-/// The scenes that show the node in the file: that list it, or a node above it.
-std::vector<std::size_t> FSceneTreePatch::ScenesInFile(FGltfIndex Node) const
-{
-	std::vector<std::size_t> Result;
-	for (FGltfIndex At = Node; At != NoIndex; At = Document.Node(At).Parent)
-	{
-		for (const std::size_t Index : ListedBy[std::size_t(At)])
-		{
-			if (std::ranges::count(Result, Index) == 0)
-			{
-				Result.push_back(Index);
-			}
-		}
-	}
-	return Result;
-}
-
-FSceneStatus FSceneTreePatch::WriteScenes()
-{
-	for (std::size_t Index = 0; Index < Document.Model().Scenes.size(); ++Index)
-	{
-		if (FSceneStatus Status = WriteScene(Index); !Status)
-		{
-			return Status;
-		}
-	}
-	return {};
-}
-
-FSceneStatus FSceneTreePatch::WriteScene(std::size_t SceneIndex)
-{
-	const FGltfScene& Listing = Document.Model().Scenes[SceneIndex];
-	std::vector<FJsonIndex> Gone;
-	for (std::size_t Root = 0; Root < Listing.Nodes.size(); ++Root)
-	{
-		bool bStays = true;
-		if (FSceneStatus Status = StaysListed(SceneIndex, Listing.Nodes[Root], bStays); !Status)
-		{
-			return Status;
-		}
-		if (!bStays)
-		{
-			Gone.push_back(Document.Json().Elements(Document.Json().Find(Listing.Json, "nodes"))[Root]);
-		}
-		else
-		{
-			bListedNow[std::size_t(Listing.Nodes[Root])] = true;
-		}
-	}
-	WriteList(Listing.Json, "nodes", Gone, AddedRoots[SceneIndex]);
-	return {};
-}
-
-/// A scene may list a child only where nothing above it moves it.
-FSceneStatus FSceneTreePatch::StaysListed(std::size_t SceneIndex, FGltfIndex Node, bool& bStays) const
-{
-	const FGltfIndex Parent = Tree.Node(Node).Parent;
-	bStays = !Tree.IsDeleted(Node) && (Parent == NoIndex || Parent == Document.Node(Node).Parent);
-	if (!bStays || Parent == NoIndex)
-	{
-		return {};
-	}
-	bool bMoved = false;
-	bool bShownByOther = false;
-	for (FGltfIndex At = Parent; At != NoIndex; At = Tree.Node(At).Parent)
-	{
-		bMoved = bMoved || !(Tree.Node(At).Root->GetRelativeTransform() == FTransform());
-		bShownByOther =
-			bShownByOther || (!Tree.IsNew(At) && std::ranges::count(ListedBy[std::size_t(At)], SceneIndex) > 0);
-	}
-	bStays = !bMoved;
-	if (bMoved && !bShownByOther)
-	{
-		return FSceneError{"Cannot save \"" + PrintableText(Document.Place().Path()) + "\": a scene lists '" +
-						   PrintableText(Scene.NodeName(Node).ToUtf8()) + "' without its parent, which now moves it."};
-	}
-	return {};
-}
-
 /// Gives nodes that stand in no list any more something to say, so that they are not taken for deleted ones.
 void FSceneTreePatch::KeepAlive()
 {
@@ -402,7 +284,7 @@ void FSceneTreePatch::KeepAlive()
 		const FGltfNode& Node = Document.Node(Index);
 		const bool bMayBeBare = Node.Mesh == NoIndex && Node.Camera == NoIndex && !Node.Extensions && !Node.bHasExtras;
 		const bool bUnlinked =
-			Tree.Node(Index).Actor && Tree.Node(Index).Parent == NoIndex && !IsListedNow(Index) && bMayBeBare;
+			Tree.Node(Index).Actor && Tree.Node(Index).Parent == NoIndex && !Listing.IsListed(Index) && bMayBeBare;
 		if (!bUnlinked || (Node.Parent == NoIndex && SaysNothing(Document.Json(), Node.Json)))
 		{
 			continue;

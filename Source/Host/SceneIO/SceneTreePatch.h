@@ -2,13 +2,14 @@
 #pragma once
 
 #include "SceneIO/GltfPatch.h"
-#include "SceneIO/SceneTree.h"
+#include "SceneIO/SceneListing.h"
 
 #include <string>
 #include <vector>
 
 /// Puts the tree that a scene's world has become into a patch of its document: nodes that were made, deleted, attached
-/// or renamed. Nodes keep their indices; a deleted one is left behind blank, out of every list.
+/// or renamed, and things that nodes carry which have come to stand elsewhere than their node. Nodes keep their
+/// indices; a deleted one is left behind blank, out of every list.
 class FSceneTreePatch
 {
 public:
@@ -26,18 +27,11 @@ private:
 	std::string CopiedNode(FGltfIndex Index);
 	std::string LevelList(FGltfIndex Index);
 	FGltfIndex AddBehind(std::string Text);
-	std::string ChildList(FGltfIndex Index) const;
+	FGltfIndex MoveParts(FGltfIndex Index, FJsonEdit& Edit);
+	void PointAtItself(FGltfIndex Index, FJsonEdit& Edit) const;
 	void WriteName(FGltfIndex Node);
-	void WriteChildren(FGltfIndex Node);
-	void WriteList(
-		FJsonIndex Owner, const char* Key, const std::vector<FJsonIndex>& Gone, const std::vector<FGltfIndex>& Added);
+	void WriteChildren(FGltfIndex Node, FGltfIndex Parts);
 	void WriteDeleted();
-	FSceneStatus WriteScenes();
-	FSceneStatus WriteScene(std::size_t SceneIndex);
-	FSceneStatus StaysListed(std::size_t SceneIndex, FGltfIndex Node, bool& bStays) const;
-	void FindScenes();
-	std::vector<std::size_t> ScenesInFile(FGltfIndex Node) const;
-	bool IsListedNow(FGltfIndex Node) const { return bListedNow[std::size_t(Node)]; }
 	void KeepAlive();
 
 	const FScene& Scene;
@@ -45,8 +39,6 @@ private:
 	const FGltfDocument& Document;
 	FGltfPatch& Patch;
 	const std::vector<std::vector<FGltfIndex>>& Meshes;
-	std::vector<std::vector<std::size_t>> ListedBy;  ///< the scenes that list each node of the file
-	std::vector<std::vector<FGltfIndex>> AddedRoots; ///< to each scene
-	std::vector<bool> bListedNow;
+	FSceneListing Listing;
 	std::vector<std::string> Behind; ///< the texts of nodes behind those of the tree
 };

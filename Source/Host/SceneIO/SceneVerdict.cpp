@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "SceneIO/SceneVerdict.h"
 
-#include "SceneIO/NodeReferences.h"
+#include "SceneIO/SceneParts.h"
 #include "SceneIO/SceneSpace.h"
 
 #include <algorithm>
@@ -16,12 +16,16 @@ constexpr double NothingTolerance = 1e-9;
 /// What may be off, as a share of the size of things.
 constexpr double ExactTolerance = 1e-7;
 
+/// The same for what a node carries: it is not drawn, and is read by programs that compare more finely.
+constexpr double PartTolerance = 1e-9;
+
 /// A scale below this is zero to the bake.
 constexpr double ZeroScale = 1e-8;
 
 /// Node extensions that neither have a direction nor a size, or that are understood.
-constexpr std::array<std::string_view, 7> HarmlessOnNodes = {"EXT_mesh_gpu_instancing", "KHR_node_hoverability",
-	"KHR_node_selectability", "KHR_node_visibility", "KHR_xmp_json_ld", "MSFT_lod", "TARVIN_component"};
+constexpr std::array<std::string_view, 9> HarmlessOnNodes = {"EXT_mesh_gpu_instancing", "KHR_lights_punctual",
+	"KHR_node_hoverability", "KHR_node_selectability", "KHR_node_visibility", "KHR_physics_rigid_bodies",
+	"KHR_xmp_json_ld", "MSFT_lod", "TARVIN_component"};
 
 /// Extensions of meshes and primitives that do not say where or how large anything is, or that are understood.
 constexpr std::array<std::string_view, 10> HarmlessOnMeshes = {"CESIUM_primitive_outline", "EXT_mesh_features",
@@ -92,6 +96,15 @@ void FSceneJudge::FindJoints()
 			bJoint[std::size_t(Joint)] = true;
 		}
 	}
+	for (const FNodeReference& Reference : FindNodeReferences(*Scene.Document()))
+	{
+		const bool bShape = Reference.Kind == ENodeReference::Collider || Reference.Kind == ENodeReference::Trigger;
+		// What is in the shape of its own node changes with it.
+		if (bShape && Reference.Owner != Reference.Node)
+		{
+			ShapeOf.emplace(Reference.Node, Reference);
+		}
+	}
 	for (std::size_t Node = 0; Node < Model.Nodes.size(); ++Node)
 	{
 		const auto& Extensions = Model.Nodes[Node].Extensions;
@@ -148,9 +161,11 @@ std::string FSceneJudge::ReasonOfNode(const FGltfNode& Node, FGltfIndex Index) c
 	{
 		return "it is joined to another body";
 	}
-	if (Node.Camera != NoIndex)
+	if (const auto Shape = ShapeOf.find(Index); Shape != ShapeOf.end())
 	{
-		return "it carries a camera";
+		const bool bCollider = Shape->second.Kind == ENodeReference::Collider;
+		return "it is named by the " + std::string(bCollider ? "collider" : "trigger") + " of '" +
+			   Scene.NodeName(Shape->second.Owner).ToUtf8() + "'";
 	}
 	if (Scene.Node(Index).LevelOf != NoIndex)
 	{
@@ -164,13 +179,9 @@ std::string FSceneJudge::ReasonOfNode(const FGltfNode& Node, FGltfIndex Index) c
 	{
 		return "it is instanced";
 	}
-	if (Node.Extensions->Light != NoIndex)
+	if (Node.Extensions->RigidBody && Node.Extensions->RigidBody->Motion != NoJson)
 	{
-		return "it carries a light";
-	}
-	if (Node.Extensions->RigidBody)
-	{
-		return "it carries physics (KHR_physics_rigid_bodies)";
+		return "it is a moving body, whose motion is said in its own space";
 	}
 	if (!Node.Extensions->LodNodes.empty() && Scene.Node(Index).LodNodes.IsEmpty())
 	{
@@ -295,6 +306,13 @@ std::string FSceneJudge::ReasonOfPlace(
 	if (RelativeDifference(Held.ToMatrixWithScale(), World) > ExactTolerance)
 	{
 		return "its world transform cannot be held exactly";
+	}
+	const bool bMovesParts = Command == ESceneCommand::BakeTransform && SceneParts::HasParts(*Scene.Document(), Index);
+	if (bMovesParts &&
+		(Parts.Shear > PartTolerance || RelativeDifference(Held.ToMatrixWithScale(), World) > PartTolerance))
+	{
+		return std::string("its ") + SceneParts::NameOfPart(*Scene.Document(), Index) +
+			   " cannot be held in its place exactly";
 	}
 	const FGltfIndex Parent = Tree.Node(Index).Parent;
 	if (Parent == NoIndex)

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "SceneIO/NodeReferences.h"
 #include "SceneIO/SceneTree.h"
 
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -64,5 +66,6 @@ private:
 	std::vector<FGltfIndex> AnimatedAncestor;
 	std::vector<bool> bJoint;
 	std::vector<bool> bJointOfBodies;
+	std::map<FGltfIndex, FNodeReference> ShapeOf; ///< nodes that another's collider or trigger names
 	std::vector<std::string> StaticReasons;
 };

@@ -53,6 +53,8 @@ public:
 		Statue();
 		Rock();
 		Barrel();
+		Ball();
+		Lantern();
 		Animated();
 		Skinned();
 	}
@@ -108,7 +110,8 @@ private:
 		Builder.UseExtension("KHR_lights_punctual");
 		Builder.AddRoot("extensions",
 			R"({"KHR_lights_punctual":{"lights":[{"type":"spot","intensity":40,"spot":{}}]},)"
-			R"("KHR_implicit_shapes":{"shapes":[{"type":"capsule","capsule":{"height":0.6,"radiusBottom":0.3,"radiusTop":0.3}}]}})");
+			R"("KHR_implicit_shapes":{"shapes":[{"type":"capsule","capsule":{"height":0.6,"radiusBottom":0.3,"radiusTop":0.3}},)"
+			R"({"type":"sphere","sphere":{"radius":0.2}}]}})");
 		const int ShedMesh = Builder.AddMesh("Shed", MakeBuilderBox({-1, 0, -1}, {1, 1.5f, 1}), Wood);
 		const int DoorMesh =
 			Builder.AddMesh("Door", Unindexed(MakeBuilderBox({0, 0, -0.05f}, {0.8f, 1.2f, 0.05f})), Metal);
@@ -173,7 +176,7 @@ private:
 		Root("Rock", Placed({7, 0, 6}, 110, {1.5, 0.8, 1.1}).Integer("mesh", Mesh));
 	}
 
-	/// Physics, which has a size: left out.
+	/// A collider on the node of its mesh, which a bake moves to a child node.
 	void Barrel()
 	{
 		Builder.UseExtension("KHR_implicit_shapes");
@@ -182,6 +185,26 @@ private:
 		Root("Barrel", Placed({-1, 0.8, 0}, 15, {1.3, 1.3, 1.3})
 						   .Integer("mesh", Mesh)
 						   .Raw("extensions", R"({"KHR_physics_rigid_bodies":{"collider":{"geometry":{"shape":0}}}})"));
+	}
+
+	/// A body that moves, whose velocities are said in its own space: left out.
+	void Ball()
+	{
+		const int Mesh = Builder.AddMesh("Ball", MakeBuilderBox({-0.2f, -0.2f, -0.2f}, {0.2f, 0.2f, 0.2f}), Wood);
+		Root("Ball",
+			Placed({0, 2, 2}, 50, {1.5, 1.5, 1.5})
+				.Integer("mesh", Mesh)
+				.Raw("extensions",
+					R"({"KHR_physics_rigid_bodies":{"motion":{"mass":2,"linearVelocity":[1,0,0]},"collider":{"geometry":{"shape":1}}}})"));
+	}
+
+	/// A mirrored lantern that is light and mesh in one: the light, too, stays where it is.
+	void Lantern()
+	{
+		const int Mesh = Builder.AddMesh("Lantern", MakeBuilderBox({-0.1f, 0, -0.1f}, {0.15f, 0.3f, 0.1f}), Metal);
+		Root("Lantern", Placed({-5, 2, 4}, 75, {-1.2, 1.4, 1.2})
+							.Integer("mesh", Mesh)
+							.Raw("extensions", R"({"KHR_lights_punctual":{"light":0}})"));
 	}
 
 	/// A flag that turns: left out.

@@ -88,6 +88,17 @@ std::string ToJson(const FSceneDeviation& Deviation)
 			.Integer("flipped", std::int64_t(Node.NumFlipped));
 		Nodes.push_back(Object.Text());
 	}
+	std::vector<std::string> Parts;
+	for (const FPartDeviation& Part : Deviation.Parts)
+	{
+		FJsonObject Object;
+		Object.Integer("node", Part.Node).String("name", Part.Name).String("part", Part.Part);
+		if (!Part.Difference.empty())
+		{
+			Object.String("difference", Part.Difference);
+		}
+		Parts.push_back(Object.Number("position", Part.Position).Text());
+	}
 	return FJsonObject()
 		.Number("position", Deviation.Position)
 		.Number("size", Deviation.Size)
@@ -97,6 +108,7 @@ std::string ToJson(const FSceneDeviation& Deviation)
 		.Integer("different", std::int64_t(Deviation.NumDifferent))
 		.Integer("unreadable", std::int64_t(Deviation.NumUnreadable))
 		.Raw("nodes", JsonArray(Nodes))
+		.Raw("parts", JsonArray(Parts))
 		.Text();
 }
 

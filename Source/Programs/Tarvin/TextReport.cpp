@@ -58,6 +58,14 @@ std::string ToText(const FSceneDeviation& Deviation)
 				"  node " + std::to_string(Node.Node) + " '" + PrintableText(Node.Name) + "' " + Node.Difference + "\n";
 		}
 	}
+	for (const FPartDeviation& Part : Deviation.Parts)
+	{
+		if (!Part.Difference.empty())
+		{
+			Text += std::string("  the ") + Part.Part + " of node " + std::to_string(Part.Node) + " '" +
+					PrintableText(Part.Name) + "' " + Part.Difference + "\n";
+		}
+	}
 	return Text + "Largest deviation " + Short(Deviation.Position) + " of a size of " + Short(Deviation.Size) + " (" +
 		   Short(Deviation.RelativePosition()) + "), normals " + Short(Deviation.Normal) + " rad, " +
 		   std::to_string(Deviation.NumFlipped) + " triangle(s) turned over, " +

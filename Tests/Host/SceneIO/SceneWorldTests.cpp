@@ -178,8 +178,8 @@ std::string ReasonOf(const FScene& Scene, FGltfIndex Node)
 TEST_F(SceneWorld, LeavesOutNodesWhosePictureABakeWouldChange)
 {
 	const std::pair<const char*, const char*> Cases[] = {
-		{R"("nodes":[{"mesh":0,"scale":[2,2,2],"camera":0}],"cameras":[{"type":"perspective","perspective":{"yfov":1,"znear":1}}])",
-			"it carries a camera"},
+		{R"("extensionsUsed":["KHR_physics_rigid_bodies"],"nodes":[{"mesh":0,"scale":[2,2,2],"extensions":{"KHR_physics_rigid_bodies":{"motion":{}}}}])",
+			"it is a moving body, whose motion is said in its own space"},
 		{R"("extensionsUsed":["ACME_x"],"nodes":[{"mesh":0,"scale":[2,2,2],"extensions":{"ACME_x":{}}}])",
 			"it carries ACME_x"},
 		{R"("nodes":[{"mesh":0,"scale":[2,0,2]}])", "its scale in the world is zero"},

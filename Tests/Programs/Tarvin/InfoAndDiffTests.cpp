@@ -20,7 +20,7 @@ TEST_F(InfoCommand, SaysWhatABakeWouldDoWithEachNode)
 {
 	const FTarvinRun Run = RunTarvin({"info", Yard()});
 	EXPECT_EQ(Run.ExitCode, 0);
-	EXPECT_THAT(Run.Output, HasSubstr("23 node(s), 14 mesh(es)"));
+	EXPECT_THAT(Run.Output, HasSubstr("25 node(s), 16 mesh(es)"));
 	EXPECT_THAT(Run.Output,
 		HasSubstr(
 			"'Crate' mesh 1 at (-4.000 1.000 2.000) scale (2.000 2.000 2.000) turned (0.0 30.0 0.0) -- candidate"));
