@@ -104,7 +104,8 @@ void FViewportCamera::Frame(const FBox& Bounds, double SmallestSize)
 		const double Depth = Offset | GetForward();
 		const double Across =
 			std::max(std::abs(Offset | GetRight()) / TanHalfWidth(), std::abs(Offset | GetUp()) / TanHalfHeight());
-		Needed = std::max(Needed, Across * FrameMargin - Depth);
+		// What is long and seen end on stays at some distance in front of the eye.
+		Needed = std::max({Needed, Across * FrameMargin - Depth, Box.GetSize().GetMax() * 0.5 - Depth});
 	}
 	LookAt(Center, Needed, Yaw, Pitch);
 }

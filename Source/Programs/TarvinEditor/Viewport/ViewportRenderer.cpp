@@ -49,6 +49,8 @@ double HalfWidth(const FViewportCamera& Camera)
 
 /// One metre of the scenes.
 constexpr double Metre = 128.0;
+/// The outline goes no farther than this, in pixels of the widget.
+constexpr double OutlineReach = 5.0;
 constexpr float PivotSize = 15.f;
 constexpr float ActorPivotSize = 9.f;
 }
@@ -141,6 +143,7 @@ void FViewportRenderer::Synchronize(const FViewportModel& Model)
 	if (bScene || Scene.GetSelectionRevision() != SelectionRevision)
 	{
 		Upload(Selected, Scene, true);
+		SelectedBounds = Scene.GetSelectionBounds();
 	}
 	Revision = Scene.GetRevision();
 	SelectionRevision = Scene.GetSelectionRevision();
@@ -319,11 +322,40 @@ void FViewportRenderer::DrawMask(const FViewportCamera& Camera)
 	Program.setUniformValue("Mask", 1.f, 0.f);
 	DrawMeshes(Program, Selected, Camera);
 	Gl->glEnable(GL_DEPTH_TEST);
+	// In front of itself by a hair, since it was drawn by another program.
 	Gl->glDepthFunc(GL_LEQUAL);
+	Gl->glEnable(GL_POLYGON_OFFSET_FILL);
+	Gl->glPolygonOffset(-1.f, -2.f);
 	Program.setUniformValue("Mask", 1.f, 1.f);
 	DrawMeshes(Program, Selected, Camera);
+	Gl->glDisable(GL_POLYGON_OFFSET_FILL);
 	Gl->glDepthMask(GL_TRUE);
 	Targets.ResolveMask(*Gl);
+}
+
+/// In pixels of the screen: left, lower edge, right, upper edge. The outline is sought nowhere else.
+QVector4D FViewportRenderer::PlaceOfOutline(const FViewportCamera& Camera, double PixelRatio) const
+{
+	if (!SelectedBounds.IsValid || Selected.Instances.GetPlaces().empty())
+	{
+		return {};
+	}
+	QRectF Place;
+	for (int32 Index = 0; Index < 8; ++Index)
+	{
+		const FBox& Box = SelectedBounds;
+		FViewportPoint Point;
+		if (!Camera.Project({Index & 1 ? Box.Max.X : Box.Min.X, Index & 2 ? Box.Max.Y : Box.Min.Y,
+								Index & 4 ? Box.Max.Z : Box.Min.Z},
+				Point))
+		{
+			return {0.f, 0.f, float(Width), float(Height)};
+		}
+		const QRectF Around(Point.X - OutlineReach, Point.Y - OutlineReach, 2.0 * OutlineReach, 2.0 * OutlineReach);
+		Place = Index == 0 ? Around : Place.united(Around);
+	}
+	return {float(Place.left() * PixelRatio), float(Height - Place.bottom() * PixelRatio),
+		float(Place.right() * PixelRatio), float(Height - Place.top() * PixelRatio)};
 }
 
 void FViewportRenderer::Compose(
@@ -351,7 +383,7 @@ void FViewportRenderer::Compose(
 	const QRectF Band = QRectF(Picture.RubberBand);
 	Program.setUniformValue("Band", float(Band.left() * Ratio), float(Height - Band.bottom() * Ratio),
 		float(Band.right() * Ratio), float(Height - Band.top() * Ratio));
-	Program.setUniformValue("bOutline", int(!Selected.Instances.GetPlaces().empty()));
+	Program.setUniformValue("OutlinePlace", PlaceOfOutline(Camera, Picture.PixelRatio));
 	Program.setUniformValue("PixelRatio", float(Ratio));
 	Program.setUniformValue("OutlineColour", ToQt(Colours.Outline));
 	Program.setUniformValue("BandColour", ToQt(Colours.Band));

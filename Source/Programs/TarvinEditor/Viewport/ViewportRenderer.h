@@ -11,6 +11,7 @@
 #include <QOpenGLExtraFunctions>
 #include <QOpenGLShaderProgram>
 #include <QRect>
+#include <QVector4D>
 
 #include <memory>
 #include <vector>
@@ -58,6 +59,7 @@ private:
 	void DrawGrid(const FViewportCamera& Camera, const FViewportColours& Colours);
 	void DrawPivots(const FViewportCamera& Camera, const FViewportColours& Colours, double PixelRatio);
 	void DrawMask(const FViewportCamera& Camera);
+	QVector4D PlaceOfOutline(const FViewportCamera& Camera, double PixelRatio) const;
 	void Compose(const FViewportCamera& Camera, const FViewportColours& Colours, const FViewportPicture& Picture);
 	void DrawWholePicture(QOpenGLShaderProgram& Program);
 
@@ -78,6 +80,7 @@ private:
 	FBufferedInstances All;
 	FBufferedInstances Selected;
 	FVector Origin;
+	FBox SelectedBounds;
 	std::vector<FVector4f> Pivots;
 	GLuint PivotBuffer = 0;
 	GLuint PivotArray = 0;

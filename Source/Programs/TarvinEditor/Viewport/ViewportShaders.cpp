@@ -186,7 +186,7 @@ uniform sampler2D Mask;
 uniform sampler2D Corner;
 uniform vec4 CornerPlace; // left, lower edge, width, height
 uniform vec4 Band;        // left, lower edge, right, upper edge; empty for none
-uniform bool bOutline;
+uniform vec4 OutlinePlace; // what is selected lies within: left, lower edge, right, upper edge; empty for nothing
 uniform float PixelRatio;
 uniform vec3 OutlineColour;
 uniform vec3 BandColour;
@@ -194,7 +194,7 @@ out vec4 Colour;
 
 vec2 Spread(ivec2 Pixel, ivec2 Size)
 {
-	float Width = 2.0 * PixelRatio;
+	float Width = 2.4 * PixelRatio;
 	int Reach = int(ceil(Width));
 	vec2 Most = vec2(0.0);
 	for (int Y = -Reach; Y <= Reach; ++Y)
@@ -216,7 +216,7 @@ void main()
 {
 	ivec2 Pixel = ivec2(gl_FragCoord.xy);
 	vec3 Result = texelFetch(Scene, Pixel, 0).rgb;
-	if (bOutline)
+	if (all(greaterThanEqual(gl_FragCoord.xy, OutlinePlace.xy)) && all(lessThan(gl_FragCoord.xy, OutlinePlace.zw)))
 	{
 		vec2 Here = texelFetch(Mask, Pixel, 0).rg;
 		vec2 Around = Spread(Pixel, textureSize(Mask, 0));
