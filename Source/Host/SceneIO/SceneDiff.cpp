@@ -4,6 +4,7 @@
 #include "SceneIO/SceneDiffParts.h"
 #include "SceneIO/ScenePicture.h"
 #include "SceneIO/SceneSpace.h"
+#include "SceneIO/TrianglePairs.h"
 
 #include <algorithm>
 #include <cmath>
@@ -77,7 +78,7 @@ public:
 			const std::size_t Slot = std::size_t(Vertex.GetValue());
 			const FVector PointA = WorldA.TransformPosition(FVector(A.GetVertexPositions()[Slot]));
 			const FVector PointB = WorldB.TransformPosition(FVector(B.GetVertexPositions()[Slot]));
-			const double Distance = (PointA - PointB).Size();
+			const double Distance = DistanceOf(PointA, PointB);
 			// A coordinate that is no number in both is no difference; in one only, it is the largest.
 			if (!std::isnan(Distance))
 			{
@@ -122,10 +123,11 @@ private:
 	{
 		const std::span<const FTriangleCorners> CornersA = A.GetTriangleCorners();
 		const std::span<const FTriangleCorners> CornersB = B.GetTriangleCorners();
+		const std::vector<std::size_t> Pairs = PairTriangles(CornersA, CornersB);
 		for (std::size_t Triangle = 0; Triangle < CornersA.size(); ++Triangle)
 		{
 			const FFace FaceA = MakeFace(A, CornersA[Triangle], WorldA);
-			const FFace FaceB = MakeFace(B, CornersB[Triangle], WorldB);
+			const FFace FaceB = MakeFace(B, CornersB[Pairs.empty() ? Triangle : Pairs[Triangle]], WorldB);
 			// Slivers no higher than what rounding moves vertices have no side.
 			const double Noise = RoundingOfPositions * NodeSize;
 			const bool bHasSides = FaceA.Height() > Noise && FaceB.Height() > Noise;

@@ -134,7 +134,7 @@ std::vector<FPair> PairParts(const FScenePicture& A, const FScenePicture& B, EPa
 /// The distance of two points; what is no number in one scene only is as far away as can be.
 double Distance(const FVector& A, const FVector& B)
 {
-	const double Found = (A - B).Size();
+	const double Found = DistanceOf(A, B);
 	if (std::isnan(Found))
 	{
 		return A.ContainsNaN() == B.ContainsNaN() ? 0.0 : HUGE_VAL;

@@ -12,6 +12,10 @@
 
 namespace
 {
+/// Larger places and sizes, in metres, are refused: the host keeps sizes in single precision, and a bake multiplies
+/// them by the scale of a node, which is bounded alike.
+constexpr double LargestNumber = 1e15;
+
 /// Takes numbers out of one extension object, and remembers the first thing that is wrong.
 class FExtensionReader
 {
@@ -31,6 +35,17 @@ public:
 		return false;
 	}
 
+	bool Coordinate(FJsonIndex Value, double& Out)
+	{
+		const std::optional<double> Read = Json.Number(Value);
+		if (!Read || std::abs(*Read) > LargestNumber)
+		{
+			return Fail(Value, Json.IsNumber(Value) ? "is too large a number" : "is not a number");
+		}
+		Out = *Read;
+		return true;
+	}
+
 	template <std::size_t N>
 	bool Numbers(FJsonIndex Object, std::string_view Key, std::array<double, N>& Out)
 	{
@@ -46,12 +61,10 @@ public:
 		std::size_t Index = 0;
 		for (const FJsonIndex Element : Json.Elements(Value))
 		{
-			const std::optional<double> Number = Json.Number(Element);
-			if (!Number)
+			if (!Coordinate(Element, Out[Index++]))
 			{
-				return Fail(Element, "is not a number");
+				return false;
 			}
-			Out[Index++] = *Number;
 		}
 		return true;
 	}
@@ -64,6 +77,10 @@ public:
 		{
 			return Fail(Value == NoJson ? Object : Value,
 				"must have \"" + std::string(Key) + "\", a number that is not negative");
+		}
+		if (*Number > LargestNumber)
+		{
+			return Fail(Value, "is too large a number");
 		}
 		Out = static_cast<float>(*Number * SceneSpace::UnitsPerMetre);
 		return true;
@@ -163,12 +180,14 @@ bool ReadConvex(FExtensionReader& Reader, FJsonIndex Object, FKConvexElem& Conve
 		for (const FJsonIndex Number :
 			Reader.Json.IsArray(Element) ? Reader.Json.Elements(Element) : std::vector<FJsonIndex>())
 		{
-			const std::optional<double> Value = Reader.Json.Number(Number);
-			if (!Value || Axis > 2)
+			if (Axis > 2)
 			{
 				return Reader.Fail(Element, "is not an array of 3 numbers");
 			}
-			Point[Axis++] = *Value;
+			if (!Reader.Coordinate(Number, Point[Axis++]))
+			{
+				return false;
+			}
 		}
 		if (Axis != 3)
 		{

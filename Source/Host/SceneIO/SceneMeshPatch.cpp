@@ -105,7 +105,8 @@ FGltfIndex FSceneMeshPatch::Apply(FGltfIndex Source, bool bCopy, std::string Nam
 TSceneResult<FGltfMeshChange> FSceneMeshPatch::MakeChange(FGltfIndex Source, const FStaticMeshSourceModel& Model) const
 {
 	const TSharedPtr<const FSceneMeshData>& Data = Scene.MeshData(Source);
-	if (Model.GetBulkData().Get() == Data.Get())
+	// Nothing is left of a mesh none of whose vertices is used.
+	if (Model.GetBulkData().Get() == Data.Get() || !Model.IsValid())
 	{
 		return FGltfMeshChange();
 	}

@@ -143,3 +143,11 @@ double RelativeDifference(const FMatrix& A, const FMatrix& B)
 	const double OriginShare = Origin > 0.0 ? Origin / std::max({OriginSize, LinearSize, 1e-300}) : 0.0;
 	return std::max(LinearShare, OriginShare);
 }
+
+double DistanceOf(const FVector& A, const FVector& B)
+{
+	const FVector Difference = A - B;
+	const double Size = Difference.Size();
+	// The squares of what is far away are beyond the range of numbers.
+	return std::isinf(Size) ? std::hypot(Difference.X, Difference.Y, Difference.Z) : Size;
+}

@@ -66,3 +66,6 @@ FMatrixParts DecomposeMatrix(const FMatrix& Matrix);
 /// The largest difference of entries between the two maps, as a share of the largest linear entry (linear part) or of
 /// the larger of that and the translation.
 double RelativeDifference(const FMatrix& A, const FMatrix& B);
+
+/// The distance of two points, however far they are; NaN where a coordinate is none.
+double DistanceOf(const FVector& A, const FVector& B);

@@ -22,6 +22,9 @@ constexpr double PartTolerance = 1e-9;
 /// A scale below this is zero to the bake.
 constexpr double ZeroScale = 1e-8;
 
+/// A place or scale beyond this would take what is baked out of the range of single precision.
+constexpr double LargestPlacement = 1e15;
+
 /// Node extensions that neither have a direction nor a size, or that are understood.
 constexpr std::array<std::string_view, 9> HarmlessOnNodes = {"EXT_mesh_gpu_instancing", "KHR_lights_punctual",
 	"KHR_node_hoverability", "KHR_node_selectability", "KHR_node_visibility", "KHR_physics_rigid_bodies",
@@ -256,6 +259,16 @@ bool IsFinite(const FMatrix& Matrix)
 	return bFinite;
 }
 
+bool IsTooLarge(const FMatrix& Matrix)
+{
+	double Largest = 0.0;
+	for (const auto& Row : Matrix.M)
+	{
+		Largest = std::max({Largest, std::abs(Row[0]), std::abs(Row[1]), std::abs(Row[2])});
+	}
+	return Largest > LargestPlacement;
+}
+
 bool HasNothingToBake(const FMatrix& World)
 {
 	FMatrix Still;
@@ -287,6 +300,10 @@ std::string FSceneJudge::ReasonOfPlace(
 	if (!IsFinite(World))
 	{
 		return "its transform is not finite";
+	}
+	if (IsTooLarge(World))
+	{
+		return "its place or scale is too large";
 	}
 	if (!Scene.Node(Index).bUnitRotation)
 	{

@@ -9,6 +9,9 @@
 #include "TarvinSelectionAction.h"
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
+#include <map>
 #include <set>
 
 int FBakeReport::Count(ENodeOutcome Outcome) const
@@ -89,7 +92,10 @@ private:
 			{
 				return false;
 			}
-			RunCommand(Batch.Nodes);
+			if (!LeaveOutOfRange(Batch.Nodes))
+			{
+				RunCommand(Batch.Nodes);
+			}
 		}
 		return true;
 	}
@@ -130,6 +136,54 @@ private:
 			return false;
 		}
 		return true;
+	}
+
+	/// Settles the nodes whose vertices would leave the range in which single precision has all its digits. Returns
+	/// whether there were any: then the next command must be chosen anew.
+	bool LeaveOutOfRange(const std::vector<FGltfIndex>& Nodes)
+	{
+		// Moving a pivot may double a coordinate, turning and rounding take a little more.
+		constexpr double Largest = double(std::numeric_limits<float>::max()) / 4.0;
+		constexpr double Smallest =
+			double(std::numeric_limits<float>::min()) / double(std::numeric_limits<float>::epsilon());
+		std::map<const UStaticMesh*, double> Sizes;
+		bool bAny = false;
+		for (const FGltfIndex Node : Nodes)
+		{
+			const UStaticMesh* const Asset = AssetOf(*Scene, Node);
+			const auto [Known, bNew] = Sizes.try_emplace(Asset, 0.0);
+			Known->second = bNew ? LargestCoordinate(*Asset) : Known->second;
+			const double Size = Known->second;
+			const FVector Scale = Scene->Node(Node).Component->GetComponentTransform().GetScale3D().GetAbs();
+			const bool bTooLarge = Size * std::max({1.0, Scale.X, Scale.Y, Scale.Z}) > Largest;
+			const bool bTooSmall = Size > 0.0 && Size * std::min({1.0, Scale.X, Scale.Y, Scale.Z}) < Smallest;
+			if (bTooLarge || bTooSmall)
+			{
+				Settle(Node, ENodeOutcome::LeftOut, "its vertices would be out of the range of their numbers");
+				bAny = true;
+			}
+		}
+		return bAny;
+	}
+
+	/// Of all vertices of all levels; NaN is none.
+	static double LargestCoordinate(const UStaticMesh& Asset)
+	{
+		float Largest = 0.f;
+		const auto Take = [&Largest](const FMeshDescription* Description)
+		{
+			for (const FVector3f& Position :
+				Description ? Description->GetVertexPositions() : std::span<const FVector3f>())
+			{
+				Largest = std::max({Largest, std::abs(Position.X), std::abs(Position.Y), std::abs(Position.Z)});
+			}
+		};
+		for (int32 Lod = 0; Lod < Asset.GetNumSourceModels(); ++Lod)
+		{
+			Take(Asset.GetMeshDescription(Lod));
+		}
+		Take(Asset.GetHiResMeshDescription());
+		return double(Largest);
 	}
 
 	bool Undecodable(FGltfIndex Mesh)

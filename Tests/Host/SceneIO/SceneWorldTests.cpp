@@ -142,6 +142,12 @@ TEST_F(SceneWorld, RefusesItsOwnExtensionWhereItIsWrong)
 	EXPECT_THAT(Error(R"({"collision":[{"type":"sphere","radius":-1}]})"), testing::HasSubstr("/collision/0/radius"));
 	EXPECT_THAT(Error(R"({"hiRes":7})"), testing::HasSubstr("/hiRes"));
 	EXPECT_THAT(Error(R"({"collision":[{"type":"convex","points":[[1,2]]}]})"), testing::HasSubstr("/points/0"));
+	for (const char* TooLarge : {R"({"collision":[{"type":"box","size":[1,1e38,1]}]})",
+			 R"({"collision":[{"type":"sphere","radius":2e15}]})", R"({"sockets":[{"name":"A","scale":[1,1,-3e15]}]})",
+			 R"({"collision":[{"type":"convex","points":[[0,0,1e400]]}]})"})
+	{
+		EXPECT_THAT(Error(TooLarge), testing::HasSubstr("is too large a number")) << TooLarge;
+	}
 }
 
 TEST_F(SceneWorld, SavesTheSameBytesWhenNothingChanged)
@@ -183,6 +189,7 @@ TEST_F(SceneWorld, LeavesOutNodesWhosePictureABakeWouldChange)
 		{R"("extensionsUsed":["ACME_x"],"nodes":[{"mesh":0,"scale":[2,2,2],"extensions":{"ACME_x":{}}}])",
 			"it carries ACME_x"},
 		{R"("nodes":[{"mesh":0,"scale":[2,0,2]}])", "its scale in the world is zero"},
+		{R"("nodes":[{"mesh":0,"scale":[2,-3e15,2]}])", "its place or scale is too large"},
 		{R"("nodes":[{"mesh":0,"scale":[2,2,2],"rotation":[0,0,0,2]}])", "its rotation is not a unit quaternion"},
 		{R"("nodes":[{"mesh":0,"matrix":[1,0,0,0,1,1,0,0,0,0,1,0,0,0,0,1]}])", "its world transform has shear"},
 		{R"("nodes":[{"mesh":0,"scale":[2,1,1],"children":[1]},{"name":"Leaf","rotation":[0,0,0.3826834323650898,0.9238795325112867]}])",

@@ -7,8 +7,13 @@
 #include <iterator>
 
 FTempFolder::FTempFolder()
+	: FTempFolder(std::filesystem::temp_directory_path())
 {
-	std::string Pattern = (std::filesystem::temp_directory_path() / "sceneio-XXXXXX").string();
+}
+
+FTempFolder::FTempFolder(const std::filesystem::path& Parent)
+{
+	std::string Pattern = (Parent / "sceneio-XXXXXX").string();
 	// A folder that cannot be made shows in every use of it.
 	Root = std::filesystem::canonical(mkdtemp(Pattern.data()));
 }

@@ -13,6 +13,8 @@ class FTempFolder
 {
 public:
 	FTempFolder();
+	/// Below another folder than the one for temporary files.
+	explicit FTempFolder(const std::filesystem::path& Parent);
 	~FTempFolder();
 	FTempFolder(const FTempFolder&) = delete;
 	FTempFolder& operator=(const FTempFolder&) = delete;

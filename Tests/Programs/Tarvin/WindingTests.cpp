@@ -5,6 +5,8 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
+#include <cmath>
 #include <span>
 
 namespace
@@ -17,15 +19,28 @@ enum EMode
 	Fan = 6,
 };
 
+/// A fan or strip that goes all around an axis, so that its triangles look to all sides.
+std::array<float, 3> CurledVertex(EMode Mode, int Vertex)
+{
+	const float Angle = 0.9f * float(Vertex);
+	const float Height = Mode == Fan ? 2.f : float(Vertex % 2) * 3.f;
+	return Mode == Fan && Vertex == 0 ? std::array<float, 3>{} : std::array{std::cos(Angle), std::sin(Angle), Height};
+}
+
 /// A scene with one mirrored node whose mesh is drawn in `Mode`, of `NumVertices` vertices, with or without indices.
-std::string MirroredScene(EMode Mode, int NumVertices, bool bIndexed)
+std::string MirroredScene(EMode Mode, int NumVertices, bool bIndexed, bool bCurled)
 {
 	std::vector<float> Positions;
 	std::vector<std::uint16_t> Indices;
 	for (int Vertex = 0; Vertex < NumVertices; ++Vertex)
 	{
 		const float Step = float(Vertex);
-		if (Mode == Fan)
+		if (bCurled)
+		{
+			const std::array<float, 3> Position = CurledVertex(Mode, Vertex);
+			Positions.insert(Positions.end(), Position.begin(), Position.end());
+		}
+		else if (Mode == Fan)
 		{
 			Positions.insert(Positions.end(),
 				{Vertex == 0 ? 0.f : Step * 0.5f, Vertex == 0 ? 0.f : 5.f - Step * Step * 0.1f, 0.25f * Step});
@@ -55,9 +70,9 @@ std::string MirroredScene(EMode Mode, int NumVertices, bool bIndexed)
 class MirroredWinding : public FYardFixture
 {
 protected:
-	void ExpectKept(EMode Mode, int NumVertices, bool bIndexed)
+	void ExpectKept(EMode Mode, int NumVertices, bool bIndexed, bool bCurled = false)
 	{
-		WriteAll(Path("in.gltf"), MirroredScene(Mode, NumVertices, bIndexed));
+		WriteAll(Path("in.gltf"), MirroredScene(Mode, NumVertices, bIndexed, bCurled));
 		const FTarvinRun Run = RunTarvin({"bake", Path("in.gltf"), "-o", Path("out.gltf"), "--verify"});
 		EXPECT_EQ(Run.ExitCode, 0) << Run.Errors;
 		EXPECT_THAT(Run.Output, testing::HasSubstr("1 node(s) baked"));
@@ -88,5 +103,14 @@ TEST_F(MirroredWinding, IsTurnedInFans)
 	{
 		ExpectKept(Fan, NumVertices, true);
 		ExpectKept(Fan, NumVertices, false);
+	}
+}
+
+TEST_F(MirroredWinding, IsTurnedInStripsAndFansThatGoAround)
+{
+	for (const int NumVertices : {6, 7})
+	{
+		ExpectKept(Strip, NumVertices, true, true);
+		ExpectKept(Fan, NumVertices, false, true);
 	}
 }
