@@ -45,19 +45,6 @@ void WriteOptions(std::ostream& Out, const CLI::App& Command)
 		}
 	}
 }
-
-std::string Words(const CLI::App& Command)
-{
-	std::string List;
-	for (const CLI::Option* Option : Command.get_options())
-	{
-		for (const std::string& Name : Option->get_group().empty() ? std::vector<std::string>() : Option->get_lnames())
-		{
-			List += (List.empty() ? "--" : " --") + Name;
-		}
-	}
-	return List;
-}
 } // namespace
 
 std::string CommandDocuments::ManPage(const CLI::App& App)
@@ -79,28 +66,5 @@ std::string CommandDocuments::ManPage(const CLI::App& App)
 		}
 	}
 	Out << ".SH EXIT STATUS\n.nf\n" << Escaped(App.get_footer()) << "\n.fi\n";
-	return Out.str();
-}
-
-std::string CommandDocuments::BashCompletion(const CLI::App& App)
-{
-	std::ostringstream Out;
-	std::string Commands;
-	Out << "# bash completion for tarvin\n_tarvin()\n{\n\tlocal Word=${COMP_WORDS[COMP_CWORD]} "
-		   "Before=${COMP_WORDS[COMP_CWORD-1]} Words=\n";
-	Out << "\tcase $Before in\n"
-		   "\t\t--shared) COMPREPLY=($(compgen -W 'ask duplicate in-place skip' -- \"$Word\")); return ;;\n"
-		   "\t\tpivot) COMPREPLY=($(compgen -W 'center bottom top left right front back world-origin' -- \"$Word\")); "
-		   "return ;;\n"
-		   "\tesac\n\tcase ${COMP_WORDS[1]-} in\n";
-	for (const CLI::App* Command : App.get_subcommands({}))
-	{
-		Commands += (Commands.empty() ? "" : " ") + Command->get_name();
-		Out << "\t\t" << Command->get_name() << ") Words='" << Words(*Command) << "' ;;\n";
-	}
-	Out << "\tesac\n\tif ((COMP_CWORD == 1)); then\n\t\tCOMPREPLY=($(compgen -W '" << Commands
-		<< " --help --version' -- \"$Word\"))\n"
-		   "\telif [[ $Word == -* ]]; then\n\t\tCOMPREPLY=($(compgen -W \"$Words\" -- \"$Word\"))\n"
-		   "\telse\n\t\tCOMPREPLY=($(compgen -f -- \"$Word\"))\n\tfi\n}\ncomplete -o filenames -F _tarvin tarvin\n";
 	return Out.str();
 }

@@ -13,7 +13,4 @@ namespace CommandDocuments
 {
 /// The manual page, in the man macros.
 std::string ManPage(const CLI::App& App);
-
-/// Completions for bash.
-std::string BashCompletion(const CLI::App& App);
 } // namespace CommandDocuments

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <CLI/CLI.hpp>
 
+#include "CommandCompletions.h"
 #include "CommandDocuments.h"
 #include "Commands.h"
 
@@ -32,6 +33,28 @@ const std::map<std::string, ETarvinPivotPosition> Positions = {{"center", ETarvi
 	{"bottom", ETarvinPivotPosition::Bottom}, {"top", ETarvinPivotPosition::Top}, {"left", ETarvinPivotPosition::Left},
 	{"right", ETarvinPivotPosition::Right}, {"front", ETarvinPivotPosition::Front},
 	{"back", ETarvinPivotPosition::Back}, {"world-origin", ETarvinPivotPosition::WorldOrigin}};
+
+template <typename T>
+FArgumentValue OneOf(const std::map<std::string, T>& Words)
+{
+	FArgumentValue Value{FArgumentValue::EKind::Words, {}};
+	for (const auto& [Word, Meaning] : Words)
+	{
+		Value.Words.push_back(Word);
+	}
+	return Value;
+}
+
+/// One of the documents that the build installs; see CommandDocuments and CommandCompletions.
+std::string GenerateDocument(const CLI::App& App, const std::string& Kind)
+{
+	const FArgumentValues Values = {{"--shared", OneOf(Answers)}, {"POSITION", OneOf(Positions)},
+		{"--out", {FArgumentValue::EKind::File, {}}}, {"--out-dir", {FArgumentValue::EKind::Folder, {}}}};
+	return Kind == "man"    ? CommandDocuments::ManPage(App)
+		   : Kind == "bash" ? CommandCompletions::Bash(App, Values)
+		   : Kind == "zsh"  ? CommandCompletions::Zsh(App, Values)
+							: CommandCompletions::Fish(App, Values);
+}
 
 /// What the command line gives as words.
 struct FWords
@@ -119,8 +142,8 @@ int main(int ArgumentCount, char** Arguments)
 			   "4 output unwritable; 5 --verify or diff found a deviation.\n"
 			   "See `tarvin bake --help` for examples.");
 	std::string Document;
-	App.add_option("--generate", Document, "Print the manual page (man) or the shell completions (bash)")
-		->check(CLI::IsMember({"man", "bash"}))
+	App.add_option("--generate", Document, "Print the manual page (man) or the completions of a shell")
+		->check(CLI::IsMember({"man", "bash", "zsh", "fish"}))
 		->group("");
 
 	CLI::App* const Bake = App.add_subcommand("bake", "Fold rotation and scale of nodes into their meshes");
@@ -151,8 +174,7 @@ int main(int ArgumentCount, char** Arguments)
 	}
 	if (!Document.empty())
 	{
-		std::fputs((Document == "man" ? CommandDocuments::ManPage(App) : CommandDocuments::BashCompletion(App)).c_str(),
-			stdout);
+		std::fputs(GenerateDocument(App, Document).c_str(), stdout);
 		return ExitDone;
 	}
 	if (App.get_subcommands().empty())
