@@ -68,6 +68,7 @@ void FViewportGpuMeshes::Synchronize(QOpenGLExtraFunctions& Gl, const FViewportS
 			Drop(Gl, Copy);
 			Copy.Source = Entry.Source;
 			Copy.Tint = TintOf(*Mesh);
+			Copy.Bounds = Entry.Bounds;
 			if (const FStaticMeshLodRenderData* const Data = Mesh->GetRenderData(0))
 			{
 				Upload(Gl, *Data, Copy);
@@ -95,6 +96,8 @@ void FViewportGpuMeshes::Release(QOpenGLExtraFunctions& Gl)
 	}
 	Copies.clear();
 	ByIndex.clear();
+	Gl.glDeleteVertexArrays(1, &SpeckArray);
+	SpeckArray = 0;
 }
 
 void FViewportGpuMeshes::Upload(QOpenGLExtraFunctions& Gl, const FStaticMeshLodRenderData& Data, FCopy& Copy)
@@ -134,7 +137,7 @@ void FViewportGpuMeshes::Drop(QOpenGLExtraFunctions& Gl, FCopy& Copy)
 	Gl.glDeleteVertexArrays(1, &Copy.VertexArray);
 	Gl.glDeleteBuffers(1, &Copy.Vertices);
 	Gl.glDeleteBuffers(1, &Copy.Indices);
-	Copy = {nullptr, 0, 0, 0, 0, Copy.Tint, Copy.bUsed};
+	Copy = {nullptr, 0, 0, 0, 0, Copy.Tint, FBox(), Copy.bUsed};
 }
 
 void FViewportGpuMeshes::Draw(QOpenGLExtraFunctions& Gl, const FInstanceRun& Run, GLuint PlacesBuffer) const
@@ -145,11 +148,36 @@ void FViewportGpuMeshes::Draw(QOpenGLExtraFunctions& Gl, const FInstanceRun& Run
 		return;
 	}
 	Gl.glBindVertexArray(Copy.VertexArray);
+	BindPlaces(Gl, Run, PlacesBuffer);
+	Gl.glDrawElementsInstanced(GL_TRIANGLES, Copy.NumIndices, GL_UNSIGNED_INT, nullptr, Run.Count);
+}
+
+void FViewportGpuMeshes::DrawSpecks(QOpenGLExtraFunctions& Gl, const FInstanceRun& Run, GLuint PlacesBuffer)
+{
+	if (ByIndex[std::size_t(Run.Mesh)].NumIndices == 0)
+	{
+		return;
+	}
+	if (SpeckArray == 0)
+	{
+		Gl.glGenVertexArrays(1, &SpeckArray);
+		Gl.glBindVertexArray(SpeckArray);
+		for (GLuint Axis = 2; Axis < 5; ++Axis)
+		{
+			Gl.glEnableVertexAttribArray(Axis);
+		}
+	}
+	Gl.glBindVertexArray(SpeckArray);
+	BindPlaces(Gl, Run, PlacesBuffer);
+	Gl.glDrawArrays(GL_POINTS, 0, Run.Count);
+}
+
+void FViewportGpuMeshes::BindPlaces(QOpenGLExtraFunctions& Gl, const FInstanceRun& Run, GLuint PlacesBuffer)
+{
 	Gl.glBindBuffer(GL_ARRAY_BUFFER, PlacesBuffer);
 	for (GLuint Axis = 0; Axis < 3; ++Axis)
 	{
 		const std::size_t Start = std::size_t(Run.First) * sizeof(FInstancePlace) + Axis * 4 * sizeof(float);
 		Gl.glVertexAttribPointer(2 + Axis, 4, GL_FLOAT, GL_FALSE, sizeof(FInstancePlace), Offset(Start));
 	}
-	Gl.glDrawElementsInstanced(GL_TRIANGLES, Copy.NumIndices, GL_UNSIGNED_INT, nullptr, Run.Count);
 }

@@ -8,6 +8,8 @@ namespace
 {
 /// Large enough that a hundred thousand items make few chunks, small enough to leave out most of what is not seen.
 constexpr int32 ChunkSize = 128;
+/// What is smaller, in pixels of the widget, shows no shape.
+constexpr double SpeckSize = 4.0;
 
 /// Spreads the lower 10 bits of a number, two zeros after each.
 uint32 Spread(uint32 Bits)
@@ -82,13 +84,22 @@ void FViewportInstances::Build(const FViewportScene& Scene, const FVector& Origi
 	{
 		if (Chunks.empty() || Chunks.back().Run.Mesh != Entry.Mesh || Chunks.back().Run.Count == ChunkSize)
 		{
-			Chunks.push_back({{Entry.Mesh, int32(Places.size()), 0}, FBox()});
+			Chunks.push_back({{Entry.Mesh, int32(Places.size()), 0, false}, FBox(), 0.0});
 		}
 		const FViewportItem& Item = Items[std::size_t(Entry.Item)];
 		Places.push_back(PlaceOf(Item.LocalToWorld, Origin));
 		Chunks.back().Bounds += Item.WorldBounds;
+		Chunks.back().LargestSize = std::max(Chunks.back().LargestSize, Item.WorldBounds.GetSize().Size());
 		++Chunks.back().Run.Count;
 	}
+}
+
+bool FViewportInstances::AreSpecks(const FChunk& Chunk, const FViewportCamera& Camera)
+{
+	const FVector Forward = Camera.GetForward();
+	const FVector Extent = Chunk.Bounds.GetExtent();
+	const double Depth = ((Chunk.Bounds.GetCenter() - Camera.GetEye()) | Forward) - (Extent | Forward.GetAbs());
+	return Depth > 0.0 && Chunk.LargestSize * Camera.GetPixelsPerUnit(Depth) < SpeckSize;
 }
 
 std::vector<FInstanceRun> FViewportInstances::FindVisible(const FViewportCamera& Camera) const
@@ -108,14 +119,15 @@ std::vector<FInstanceRun> FViewportInstances::FindVisible(const FViewportCamera&
 		{
 			continue;
 		}
-		if (!Runs.empty() && Runs.back().Mesh == Chunk.Run.Mesh &&
+		const bool bSpecks = AreSpecks(Chunk, Camera);
+		if (!Runs.empty() && Runs.back().Mesh == Chunk.Run.Mesh && Runs.back().bSpecks == bSpecks &&
 			Runs.back().First + Runs.back().Count == Chunk.Run.First)
 		{
 			Runs.back().Count += Chunk.Run.Count;
 		}
 		else
 		{
-			Runs.push_back(Chunk.Run);
+			Runs.push_back({Chunk.Run.Mesh, Chunk.Run.First, Chunk.Run.Count, bSpecks});
 		}
 	}
 	return Runs;

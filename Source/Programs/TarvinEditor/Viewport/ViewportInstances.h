@@ -19,6 +19,7 @@ struct FInstanceRun
 	int32 Mesh = INDEX_NONE;
 	int32 First = 0;
 	int32 Count = 0;
+	bool bSpecks = false; ///< all of them are so small in the picture that a point stands for each
 };
 
 /// The places of a scene's items, grouped by mesh, and in each group in chunks of what is near each other, so that what
@@ -39,7 +40,10 @@ private:
 	{
 		FInstanceRun Run;
 		FBox Bounds;
+		double LargestSize = 0.0; ///< of an item: the diagonal of its box in the world
 	};
+
+	static bool AreSpecks(const FChunk& Chunk, const FViewportCamera& Camera);
 
 	std::vector<FInstancePlace> Places;
 	std::vector<FChunk> Chunks;

@@ -53,6 +53,8 @@ constexpr double Metre = 128.0;
 constexpr double OutlineReach = 5.0;
 constexpr float PivotSize = 15.f;
 constexpr float ActorPivotSize = 9.f;
+/// More crosses than this would hide what they stand on: only the selection's own is drawn then.
+constexpr std::size_t MostActorPivots = 500;
 }
 
 QString FViewportRenderer::Initialize()
@@ -64,7 +66,9 @@ QString FViewportRenderer::Initialize()
 	using namespace ViewportShaders;
 	const bool bBuilt = Build(Programs->Background, PictureVertex, BackgroundFragment, WhyNot) &&
 						Build(Programs->Mesh, MeshVertex, MeshFragment, WhyNot) &&
+						Build(Programs->Speck, SpeckVertex, SpeckFragment, WhyNot) &&
 						Build(Programs->Mask, MeshVertex, MaskFragment, WhyNot) &&
+						Build(Programs->SpeckMask, SpeckVertex, MaskFragment, WhyNot) &&
 						Build(Programs->Grid, PictureVertex, GridFragment, WhyNot) &&
 						Build(Programs->Pivot, PivotVertex, PivotFragment, WhyNot) &&
 						Build(Programs->Compose, PictureVertex, ComposeFragment, WhyNot);
@@ -175,6 +179,10 @@ void FViewportRenderer::UploadPivots(const FViewportModel& Model)
 			Add(Actor.Pivot, ActorPivotSize);
 		}
 	}
+	if (Pivots.size() > MostActorPivots)
+	{
+		Pivots.clear();
+	}
 	FVector Pivot;
 	if (FViewportModel::FindPivot(Pivot))
 	{
@@ -230,19 +238,42 @@ void FViewportRenderer::DrawBackground(const FViewportColours& Colours)
 	DrawWholePicture(Program);
 }
 
-void FViewportRenderer::DrawMeshes(
-	QOpenGLShaderProgram& Program, const FBufferedInstances& List, const FViewportCamera& Camera)
+void FViewportRenderer::DrawInstances(QOpenGLShaderProgram& Program, QOpenGLShaderProgram& SpeckProgram,
+	const FBufferedInstances& List, const FViewportCamera& Camera)
 {
-	Program.bind();
-	Program.setUniformValue("ViewProjection", ToQt(Camera.GetViewProjection(Origin)));
-	Program.setUniformValue("Eye", ToQt(Camera.GetEye() - Origin));
-	const int Tint = Program.uniformLocation("Tint");
-	for (const FInstanceRun& Run : List.Instances.FindVisible(Camera))
+	const std::vector<FInstanceRun> Runs = List.Instances.FindVisible(Camera);
+	const QMatrix4x4 ViewProjection = ToQt(Camera.GetViewProjection(Origin));
+	const auto SetTint = [&](QOpenGLShaderProgram& Used, int32 Mesh)
 	{
-		const FVector3f& Colour = Meshes.GetTint(Run.Mesh);
-		Program.setUniformValue(Tint, QVector3D(Colour.X, Colour.Y, Colour.Z));
-		Meshes.Draw(*Gl, Run, List.Buffer);
+		const FVector3f& Colour = Meshes.GetTint(Mesh);
+		Used.setUniformValue("Tint", QVector3D(Colour.X, Colour.Y, Colour.Z));
+	};
+	Program.bind();
+	Program.setUniformValue("ViewProjection", ViewProjection);
+	Program.setUniformValue("Eye", ToQt(Camera.GetEye() - Origin));
+	for (const FInstanceRun& Run : Runs)
+	{
+		if (!Run.bSpecks)
+		{
+			SetTint(Program, Run.Mesh);
+			Meshes.Draw(*Gl, Run, List.Buffer);
+		}
 	}
+	SpeckProgram.bind();
+	SpeckProgram.setUniformValue("ViewProjection", ViewProjection);
+	SpeckProgram.setUniformValue("PixelsPerUnit", float(Camera.GetPixelsPerUnit(1.0) * Height / Camera.GetHeight()));
+	Gl->glEnable(GL_PROGRAM_POINT_SIZE);
+	for (const FInstanceRun& Run : Runs)
+	{
+		if (Run.bSpecks)
+		{
+			SetTint(SpeckProgram, Run.Mesh);
+			SpeckProgram.setUniformValue("Center", ToQt(Meshes.GetBounds(Run.Mesh).GetCenter()));
+			SpeckProgram.setUniformValue("Extent", ToQt(Meshes.GetBounds(Run.Mesh).GetExtent()));
+			Meshes.DrawSpecks(*Gl, Run, List.Buffer);
+		}
+	}
+	Gl->glDisable(GL_PROGRAM_POINT_SIZE);
 }
 
 void FViewportRenderer::DrawScene(const FViewportCamera& Camera)
@@ -253,7 +284,7 @@ void FViewportRenderer::DrawScene(const FViewportCamera& Camera)
 	const FVector Light = Camera.GetUp() * 0.75 - Camera.GetRight() * 0.5 - Camera.GetForward() * 0.6;
 	Programs->Mesh.bind();
 	Programs->Mesh.setUniformValue("Light", ToQt(Light.GetSafeNormal()));
-	DrawMeshes(Programs->Mesh, All, Camera);
+	DrawInstances(Programs->Mesh, Programs->Speck, All, Camera);
 }
 
 void FViewportRenderer::DrawGrid(const FViewportCamera& Camera, const FViewportColours& Colours)
@@ -312,22 +343,27 @@ void FViewportRenderer::DrawMask(const FViewportCamera& Camera)
 	{
 		return;
 	}
-	QOpenGLShaderProgram& Program = Programs->Mask;
+	const auto DrawWith = [&](float Green)
+	{
+		for (QOpenGLShaderProgram* Program : {&Programs->Mask, &Programs->SpeckMask})
+		{
+			Program->bind();
+			Program->setUniformValue("Mask", 1.f, Green);
+		}
+		DrawInstances(Programs->Mask, Programs->SpeckMask, Selected, Camera);
+	};
 	Targets.BindMask(*Gl);
 	Gl->glClearColor(0.f, 0.f, 0.f, 0.f);
 	Gl->glClear(GL_COLOR_BUFFER_BIT);
 	Gl->glDepthMask(GL_FALSE);
 	Gl->glDisable(GL_DEPTH_TEST);
-	Program.bind();
-	Program.setUniformValue("Mask", 1.f, 0.f);
-	DrawMeshes(Program, Selected, Camera);
-	Gl->glEnable(GL_DEPTH_TEST);
+	DrawWith(0.f);
 	// In front of itself by a hair, since it was drawn by another program.
+	Gl->glEnable(GL_DEPTH_TEST);
 	Gl->glDepthFunc(GL_LEQUAL);
 	Gl->glEnable(GL_POLYGON_OFFSET_FILL);
 	Gl->glPolygonOffset(-1.f, -2.f);
-	Program.setUniformValue("Mask", 1.f, 1.f);
-	DrawMeshes(Program, Selected, Camera);
+	DrawWith(1.f);
 	Gl->glDisable(GL_POLYGON_OFFSET_FILL);
 	Gl->glDepthMask(GL_TRUE);
 	Targets.ResolveMask(*Gl);

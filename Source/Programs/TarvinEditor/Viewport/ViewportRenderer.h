@@ -54,7 +54,8 @@ private:
 	void Upload(FBufferedInstances& List, const FViewportScene& Scene, bool bSelectedOnly);
 	void UploadPivots(const FViewportModel& Model);
 	void DrawBackground(const FViewportColours& Colours);
-	void DrawMeshes(QOpenGLShaderProgram& Program, const FBufferedInstances& List, const FViewportCamera& Camera);
+	void DrawInstances(QOpenGLShaderProgram& Program, QOpenGLShaderProgram& SpeckProgram,
+		const FBufferedInstances& List, const FViewportCamera& Camera);
 	void DrawScene(const FViewportCamera& Camera);
 	void DrawGrid(const FViewportCamera& Camera, const FViewportColours& Colours);
 	void DrawPivots(const FViewportCamera& Camera, const FViewportColours& Colours, double PixelRatio);
@@ -67,7 +68,9 @@ private:
 	{
 		QOpenGLShaderProgram Background;
 		QOpenGLShaderProgram Mesh;
+		QOpenGLShaderProgram Speck;
 		QOpenGLShaderProgram Mask;
+		QOpenGLShaderProgram SpeckMask;
 		QOpenGLShaderProgram Grid;
 		QOpenGLShaderProgram Pivot;
 		QOpenGLShaderProgram Compose;

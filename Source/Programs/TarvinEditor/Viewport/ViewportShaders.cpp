@@ -80,6 +80,33 @@ void main()
 }
 )";
 
+const char* const SpeckVertex = R"(#version 330 core
+layout(location = 2) in vec4 AxisX;
+layout(location = 3) in vec4 AxisY;
+layout(location = 4) in vec4 AxisZ;
+uniform mat4 ViewProjection;
+uniform vec3 Center; // of the box in local space
+uniform vec3 Extent;
+uniform float PixelsPerUnit; // of the screen, at depth 1
+invariant gl_Position;
+void main()
+{
+	vec4 Local = vec4(Center, 1.0);
+	vec3 HalfSize = vec3(dot(abs(AxisX.xyz), Extent), dot(abs(AxisY.xyz), Extent), dot(abs(AxisZ.xyz), Extent));
+	gl_Position = ViewProjection * vec4(dot(AxisX, Local), dot(AxisY, Local), dot(AxisZ, Local), 1.0);
+	gl_PointSize = max(1.0, 1.3 * length(HalfSize) * PixelsPerUnit / gl_Position.w);
+}
+)";
+
+const char* const SpeckFragment = R"(#version 330 core
+uniform vec3 Tint;
+out vec4 Colour;
+void main()
+{
+	Colour = vec4(0.66 * Tint, 1.0);
+}
+)";
+
 const char* const MaskFragment = R"(#version 330 core
 uniform vec2 Mask;
 out vec2 Colour;
@@ -199,7 +226,8 @@ vec2 Spread(ivec2 Pixel, ivec2 Size)
 	vec2 Most = vec2(0.0);
 	for (int Y = -Reach; Y <= Reach; ++Y)
 	{
-		for (int X = -Reach; X <= Reach; ++X)
+		int Side = int(sqrt(max(0.0, (Width + 0.5) * (Width + 0.5) - float(Y * Y))));
+		for (int X = -Side; X <= Side; ++X)
 		{
 			float Weight = clamp(Width + 0.5 - length(vec2(X, Y)), 0.0, 1.0);
 			if (Weight > 0.0)
@@ -219,7 +247,7 @@ void main()
 	if (all(greaterThanEqual(gl_FragCoord.xy, OutlinePlace.xy)) && all(lessThan(gl_FragCoord.xy, OutlinePlace.zw)))
 	{
 		vec2 Here = texelFetch(Mask, Pixel, 0).rg;
-		vec2 Around = Spread(Pixel, textureSize(Mask, 0));
+		vec2 Around = Here.r < 1.0 ? Spread(Pixel, textureSize(Mask, 0)) : Here;
 		float Strength = (1.0 - Here.r) * mix(0.38 * Around.r, Around.r, Around.g);
 		Result = mix(Result, OutlineColour, Strength);
 	}

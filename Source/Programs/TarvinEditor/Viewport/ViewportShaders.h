@@ -14,6 +14,9 @@ extern const char* const BackgroundFragment;
 extern const char* const MeshVertex;
 /// Light from the sky and from beside the eye, on both sides; a side that is not meant to be seen is darker.
 extern const char* const MeshFragment;
+/// A point for each instance of a mesh that is too small to show a shape, as large as its box.
+extern const char* const SpeckVertex;
+extern const char* const SpeckFragment;
 /// Writes `Mask`, for the outline of what is selected.
 extern const char* const MaskFragment;
 

@@ -317,6 +317,29 @@ TEST_F(ViewportPicture, SurvivesAMoveToAnotherWindowAndTheEndOfTheEditor)
 	Panel->setParent(nullptr);
 }
 
+TEST_F(ViewportPicture, SpecksAreSeenWhereTheyAreAndOutlined)
+{
+	AActor* const Actor = World()->SpawnActor<AActor>();
+	auto* const Instanced = Actor->AddComponent<UInstancedStaticMeshComponent>();
+	Instanced->SetStaticMesh(MakeBoxMesh({100.0, -60.0, -60.0}, {220.0, 60.0, 60.0}, TEXT("/Test/Stone")));
+	for (int32 Index = 0; Index < 400; ++Index)
+	{
+		const FVector Place(Index % 20 * 2400.0, Index / 20 * 2400.0, 0.0);
+		Instanced->AddInstance(FTransform(FQuat({0.0, 0.0, 1.0}, Index * 0.7), Place));
+	}
+	Show();
+	const QImage Picture = GrabAll();
+	Keep(Picture, "specks");
+	for (const FTransform& Instance : Instanced->GetInstances())
+	{
+		const QPoint Place = Panel->PlaceOf(Instance.TransformPosition({160.0, 0.0, 0.0}));
+		ASSERT_GT(qGray(Picture.pixel(Place)), 95) << Instance.ToString().ToUtf8();
+	}
+	EXPECT_EQ(NumOutlined(Picture), 0);
+	Select(Instanced);
+	EXPECT_GT(NumOutlined(Grab()), 400);
+}
+
 TEST_F(ViewportPicture, FollowsTheTheme)
 {
 	MakeActor(World(), MakeCrate());

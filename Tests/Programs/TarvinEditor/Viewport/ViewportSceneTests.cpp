@@ -200,4 +200,18 @@ TEST_F(ViewportScene, DrawsOnlyInstancesNearThePictureAndNoneTwice)
 	EXPECT_LT(Near, 3000);
 	Camera.LookAt({500.0, 500.0, 5000.0}, 100.0, 0.3, 1.2);
 	EXPECT_EQ(NumVisible(), 0);
+	// What is seen from far away is drawn as specks, what is near is not.
+	const auto NumSpecks = [&]
+	{
+		int32 Count = 0;
+		for (const FInstanceRun& Run : Instances.FindVisible(Camera))
+		{
+			Count += Run.bSpecks ? Run.Count : 0;
+		}
+		return Count;
+	};
+	Camera.LookAt({500.0, 500.0, 0.0}, 50000.0, 0.3, -1.2);
+	EXPECT_EQ(NumSpecks(), 10000);
+	Camera.LookAt({500.0, 500.0, 0.0}, 100.0, 0.3, -1.2);
+	EXPECT_EQ(NumSpecks(), 0);
 }
