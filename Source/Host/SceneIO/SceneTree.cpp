@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "SceneIO/SceneTree.h"
 
-#include <algorithm>
-#include <unordered_map>
-
 FSceneTree::FSceneTree(const FScene& InScene)
 	: Scene(InScene)
 {
@@ -27,6 +24,7 @@ void FSceneTree::FindActors()
 	{
 		if (Scene.NodeOf(Actor) == NoIndex && !Actor->HasAnyFlags(RF_Transient))
 		{
+			NewNodes.emplace(Actor, Num());
 			Nodes.push_back({Actor, Actor->GetRootComponent(), Scene.SourceOf(Actor), NoIndex, {}});
 		}
 	}
@@ -34,27 +32,24 @@ void FSceneTree::FindActors()
 
 void FSceneTree::FindParents()
 {
-	std::unordered_map<const AActor*, FGltfIndex> NewNodes;
-	for (FGltfIndex Index = Scene.NumNodes(); Index < Num(); ++Index)
-	{
-		NewNodes.emplace(Node(Index).Actor, Index);
-	}
 	for (FGltfIndex Index = 0; Index < Num(); ++Index)
 	{
 		const USceneComponent* const Above = Node(Index).Root ? Node(Index).Root->GetAttachParent() : nullptr;
 		const AActor* const Owner = IsValid(Above) ? Above->GetOwner() : nullptr;
-		FGltfIndex Parent = Owner ? Scene.NodeOf(Owner) : NoIndex;
-		if (Owner && Parent == NoIndex)
-		{
-			const auto Found = NewNodes.find(Owner);
-			Parent = Found == NewNodes.end() ? NoIndex : Found->second;
-		}
+		const FGltfIndex Parent = Owner ? IndexOf(Owner) : NoIndex;
 		if (Parent != NoIndex && Node(Parent).Actor)
 		{
 			Nodes[std::size_t(Index)].Parent = Parent;
 			Nodes[std::size_t(Parent)].Children.push_back(Index);
 		}
 	}
+}
+
+FGltfIndex FSceneTree::IndexOf(const AActor* Actor) const
+{
+	const FGltfIndex OfFile = Scene.NodeOf(Actor);
+	const auto Found = OfFile == NoIndex ? NewNodes.find(Actor) : NewNodes.end();
+	return Found == NewNodes.end() ? OfFile : Found->second;
 }
 
 bool FSceneTree::IsAsInFile() const

@@ -3,6 +3,7 @@
 
 #include "SceneIO/Scene.h"
 
+#include <unordered_map>
 #include <vector>
 
 /// A node as the world has it now.
@@ -25,6 +26,9 @@ public:
 	FGltfIndex Num() const { return FGltfIndex(Nodes.size()); }
 	const FSceneTreeNode& Node(FGltfIndex Index) const { return Nodes[std::size_t(Index)]; }
 
+	/// The node of an actor; NoIndex for one that the tree does not have.
+	FGltfIndex IndexOf(const AActor* Actor) const;
+
 	/// Not of the file.
 	bool IsNew(FGltfIndex Index) const { return Index >= Scene.NumNodes(); }
 
@@ -46,4 +50,5 @@ private:
 
 	const FScene& Scene;
 	std::vector<FSceneTreeNode> Nodes;
+	std::unordered_map<const AActor*, FGltfIndex> NewNodes;
 };

@@ -212,7 +212,7 @@ FGltfIndex FSceneTreePatch::MoveParts(FGltfIndex Index, FJsonEdit& Edit)
 {
 	const FSceneTreeNode& Node = Tree.Node(Index);
 	const UScenePartComponent* const Parts = SceneParts::Find(Node.Actor);
-	const bool bHasParts = Parts && SceneParts::HasParts(Document, Node.Source);
+	const bool bHasParts = Parts && Node.Source != NoIndex && SceneParts::HasParts(Document, Node.Source);
 	if (!bHasParts || !ChangedPlacement(FGltfNode(), FTransform(), Parts->GetRelativeTransform()))
 	{
 		return NoIndex;

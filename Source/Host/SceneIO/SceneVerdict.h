@@ -31,8 +31,8 @@ struct FSceneVerdict
 	std::string Reason; ///< of a node that is left out: "it is skinned"
 };
 
-/// Judges the nodes of a scene, from true matrices, as its world stands now. Copies of nodes are seen as what is above
-/// or below others, and are not judged themselves: what keeps their source from being worked on keeps them, too.
+/// Judges the nodes of a scene, from true matrices, as its world stands now. What keeps a node for good from being
+/// worked on keeps its copies, too.
 ///
 /// `IsWanted` says which nodes the user asked for. A node that is asked for, but whose children would suffer, is left
 /// out; children that are candidates themselves do not suffer.
@@ -41,7 +41,13 @@ class FSceneJudge
 public:
 	explicit FSceneJudge(const FScene& InScene);
 
+	/// The nodes of the file.
 	std::vector<FSceneVerdict> Judge(ESceneCommand Command, const std::vector<bool>& bWanted) const;
+
+	/// All nodes of a tree, which must be that of the scene's world now: those of the file, and copies and other
+	/// actors.
+	std::vector<FSceneVerdict> Judge(
+		ESceneCommand Command, const FSceneTree& Tree, const std::vector<bool>& bWanted) const;
 
 	/// What keeps a node for good from being worked on; empty for nothing.
 	const std::string& StaticReason(FGltfIndex Node) const { return StaticReasons[std::size_t(Node)]; }
@@ -56,6 +62,8 @@ private:
 	std::string ReasonOfNode(const FGltfNode& Node, FGltfIndex Index) const;
 	std::string ReasonOfMesh(const FGltfMesh& Mesh) const;
 	std::vector<FMatrix> WorldMatrices(const FSceneTree& Tree) const;
+	bool HasMesh(const FSceneTree& Tree, FGltfIndex Index) const;
+	std::string ReasonForGood(const FSceneTree& Tree, FGltfIndex Index) const;
 	std::string ReasonOfPlace(
 		ESceneCommand Command, FGltfIndex Node, const FSceneTree& Tree, const std::vector<FMatrix>& Worlds) const;
 	std::string ReasonOfChild(

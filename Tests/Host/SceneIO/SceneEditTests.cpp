@@ -351,6 +351,26 @@ TEST_F(SceneEdit, JudgesNodesByWhatTheyAreAttachedToNow)
 		FSceneJudge(*Scene).Judge(ESceneCommand::BakeTransform, {true, true})[1].Kind, FSceneVerdict::EKind::NoMesh);
 }
 
+TEST_F(SceneEdit, JudgesCopiesToo)
+{
+	const std::unique_ptr<FScene> Scene = Load(
+		OneMesh +
+		R"("nodes":[{"name":"A","rotation":[0,0,0.6,0.8],"scale":[2,1,1]},{"name":"B","mesh":0,"rotation":[0,0,0.6,0.8]},{"name":"C","mesh":0,"extensions":{"ACME_x":{}}}],"extensionsUsed":["ACME_x"])");
+	const AActor* const CopyOfB = Duplicate(*Scene, 1, TEXT("B2"));
+	const AActor* const CopyOfC = Duplicate(*Scene, 2, TEXT("C2"));
+	const auto Verdict = [&](const AActor* Of)
+	{
+		const FSceneTree Tree(*Scene);
+		const std::vector<bool> bAll(std::size_t(Tree.Num()), true);
+		return FSceneJudge(*Scene).Judge(ESceneCommand::BakeTransform, Tree, bAll)[std::size_t(Tree.IndexOf(Of))];
+	};
+	EXPECT_EQ(Verdict(CopyOfB).Kind, FSceneVerdict::EKind::Candidate);
+	EXPECT_EQ(Verdict(CopyOfC).Reason, "it carries ACME_x");
+	EXPECT_EQ(Verdict(Actor(*Scene, 0)).Kind, FSceneVerdict::EKind::NoMesh);
+	CopyOfB->GetRootComponent()->AttachToComponent(Actor(*Scene, 0)->GetRootComponent());
+	EXPECT_EQ(Verdict(CopyOfB).Reason, "its world transform has shear");
+}
+
 TEST_F(SceneEdit, DestroysCopiesTogetherWithTheScene)
 {
 	std::unique_ptr<FScene> Scene = Load(R"("nodes":[{"name":"A","scale":[2,2,2]}])");
