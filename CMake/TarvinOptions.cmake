@@ -46,6 +46,14 @@ else()
 	target_link_options(TarvinOptions INTERFACE -Wl,--no-undefined)
 endif()
 
+if(TARVIN_FUZZ)
+	if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+		message(FATAL_ERROR "TARVIN_FUZZ needs Clang: use the preset fuzz")
+	endif()
+	# Counts which code an input reaches, in every library.
+	target_compile_options(TarvinOptions INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
 add_library(TarvinWarnings INTERFACE)
 target_compile_options(TarvinWarnings INTERFACE
 	# Clang's -Wconversion brings -Wsign-conversion with it; both compilers are to say the same.
