@@ -23,6 +23,7 @@ if(TarvinHeaderSources)
 		"${PROJECT_SOURCE_DIR}/Source/TarvinTransform/Public"
 		"${PROJECT_SOURCE_DIR}/Source/TarvinTransform/Private"
 		"${PROJECT_SOURCE_DIR}/Source/Programs"
+		"${PROJECT_SOURCE_DIR}/Source/Programs/TarvinEditor"
 		"${PROJECT_SOURCE_DIR}/Tests")
 	target_link_libraries(HeadersAlone PRIVATE
 		TarvinOptions TarvinWarnings
