@@ -25,8 +25,9 @@ constexpr std::size_t MaxNodeDepth = 2048;
 constexpr std::size_t MaxExternalFiles = 16384;
 
 /// Geometry that a scene may unfold to, above a fixed share of its own size: the sum over its meshes of what their
-/// accessors hold, decompressed. A compressed or repeating file of some kilobytes cannot ask for more than this.
-constexpr std::uint64_t DecodedBytesFloor = 2 * GiB;
+/// accessors hold, decompressed. A compressed or repeating file of some kilobytes cannot ask for more than the floor.
+/// A bake holds a mesh before and after, and its triangles, and takes up to ten times as much.
+constexpr std::uint64_t DecodedBytesFloor = 256 * MiB;
 constexpr std::uint64_t DecodedBytesPerFileByte = 64;
 constexpr std::uint64_t DecodedBytesCeiling = 64 * GiB;
 

@@ -160,7 +160,7 @@ TEST(Document, WhatAFileUnfoldsToIsBounded)
 	// Zeros without a buffer view cost nothing in the file.
 	EXPECT_THAT(RefusalOfText(Root("\"accessors\":[{\"componentType\":5126,\"type\":\"VEC3\",\"count\":4000000000}],"
 								   "\"meshes\":[{\"primitives\":[{\"attributes\":{\"POSITION\":0}}]}]")),
-		StartsWith("Cannot read \"scene.gltf\": /meshes/0 makes the scene unfold to more than 2048 MiB"));
+		StartsWith("Cannot read \"scene.gltf\": /meshes/0 makes the scene unfold to more than 256 MiB"));
 }
 
 TEST(Document, KeysThatStandTwiceAreRefusedOutsideExtras)
