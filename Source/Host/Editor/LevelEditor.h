@@ -12,7 +12,8 @@ public:
 	void StartupModule() override;
 	void ShutdownModule() override;
 
-	/// The actions that the level editor's keys run wherever in it the focus is.
+	/// The actions that the level editor's keys run wherever in it the focus is, except where text is typed and while
+	/// a play session runs.
 	const TSharedRef<FUICommandList>& GetGlobalLevelEditorActions() const { return GlobalActions; }
 
 private:

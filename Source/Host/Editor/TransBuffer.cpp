@@ -78,6 +78,7 @@ void UTransBuffer::Commit(std::unique_ptr<FTransactionRecord> Record)
 {
 	Queue.resize(Queue.size() - uint32(NumUndone));
 	NumUndone = 0;
+	Record->Serial = ++LastSerial;
 	Queue.push_back(std::move(Record));
 	DropOldest();
 	ChangedEvent.Broadcast();
@@ -147,9 +148,16 @@ bool UTransBuffer::Step(bool bUndo)
 void UTransBuffer::Reset()
 {
 	check(!IsActive());
+	BaseState = GetStateId();
 	Queue.clear();
 	NumUndone = 0;
 	ChangedEvent.Broadcast();
+}
+
+uint64 UTransBuffer::GetStateId() const
+{
+	const uint64 NumApplied = Queue.size() - uint32(NumUndone);
+	return NumApplied == 0 ? BaseState : Queue[NumApplied - 1]->Serial;
 }
 
 void UTransBuffer::SetMemoryLimit(uint64 Bytes)
@@ -181,6 +189,10 @@ void UTransBuffer::DropOldest()
 			break;
 		}
 		++NumKept;
+	}
+	if (NumKept < Queue.size())
+	{
+		BaseState = Queue[Queue.size() - 1 - NumKept]->Serial;
 	}
 	Queue.erase(Queue.begin(), Queue.end() - int64(NumKept));
 	NumUndone = NumUndone < GetQueueLength() ? NumUndone : GetQueueLength();

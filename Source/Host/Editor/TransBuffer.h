@@ -53,6 +53,10 @@ public:
 	/// The committed transaction at `Index`, oldest first.
 	const FTransactionRecord& GetTransaction(int32 Index) const { return *Queue[uint32(Index)]; }
 
+	/// Names the state that the transactions so far have led to: the same number for as long as nothing is committed,
+	/// undone or redone, and again once undo or redo lead back to it. An editor compares it with that of its last save.
+	uint64 GetStateId() const;
+
 	/// Oldest transactions are dropped while the stack holds more bytes than this; the newest is never dropped.
 	void SetMemoryLimit(uint64 Bytes);
 	uint64 GetMemoryLimit() const { return MemoryLimit; }
@@ -68,6 +72,9 @@ private:
 
 	std::vector<std::unique_ptr<FTransactionRecord>> Queue;
 	int32 NumUndone = 0;
+	uint64 LastSerial = 0;
+	/// The state in front of the oldest transaction.
+	uint64 BaseState = 0;
 	/// While an undo or redo exchanges states, whoever it notifies can open no transaction and undo nothing.
 	bool bExchanging = false;
 	std::unique_ptr<FTransactionRecord> Open;

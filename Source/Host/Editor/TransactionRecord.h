@@ -19,6 +19,9 @@ public:
 	{
 	}
 
+	/// The number of the transaction among all that its buffer ever committed.
+	uint64 Serial = 0;
+
 	void SaveObject(UObject* Object) override;
 	void SaveCreation(UObject* Object) override;
 

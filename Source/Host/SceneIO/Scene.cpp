@@ -31,6 +31,24 @@ FString Stem(const std::string& FileName)
 	const std::size_t Dot = FileName.find_last_of('.');
 	return PlainName(Dot == std::string::npos || Dot == 0 ? FileName : FileName.substr(0, Dot));
 }
+
+bool HasPackages(const FString& Folder)
+{
+	const FString Prefix = Folder + TEXT("/");
+	return std::ranges::any_of(
+		GetObjectsOf<UPackage>(), [&](const UPackage* Package) { return Package->GetName().StartsWith(*Prefix); });
+}
+
+/// A folder in which no package lives: a file may be read again while it is still open.
+FString FreeFolder(const FString& Wanted)
+{
+	FString Folder = Wanted;
+	for (int32 Number = 2; HasPackages(Folder); ++Number)
+	{
+		Folder = FString::Printf(TEXT("%s_%d"), *Wanted, Number);
+	}
+	return Folder;
+}
 } // namespace
 
 TSceneResult<std::unique_ptr<FScene>> FScene::Load(const std::string& Path, UWorld* World)
@@ -45,7 +63,7 @@ TSceneResult<std::unique_ptr<FScene>> FScene::Load(const std::string& Path, UWor
 	Scene->World = World;
 	static int32 LastId = 0;
 	Scene->Id = ++LastId;
-	Scene->PackageFolder = FString(SceneRoot) / Stem(Scene->Source->Place().Name);
+	Scene->PackageFolder = FreeFolder(FString(SceneRoot) / Stem(Scene->Source->Place().Name));
 	const std::size_t NumMeshes = Scene->Source->Model().Meshes.size();
 	for (std::size_t Mesh = 0; Mesh < NumMeshes; ++Mesh)
 	{

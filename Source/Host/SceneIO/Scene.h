@@ -49,7 +49,8 @@ public:
 	const std::shared_ptr<const FGltfDocument>& Document() const { return Source; }
 	UWorld* GetWorld() const { return World; }
 
-	/// The folder of the scene's packages: "/Scene/<file name without its ending>".
+	/// The folder of the scene's packages: "/Scene/<file name without its ending>", with "_2", "_3" … behind it while
+	/// another scene has that folder.
 	const FString& GetPackageFolder() const { return PackageFolder; }
 
 	FGltfIndex NumNodes() const { return FGltfIndex(Nodes.size()); }

@@ -161,7 +161,7 @@ std::string FSceneJudge::ReasonOfPlace(
 	}
 	if (Command == ESceneCommand::BakeTransform && !CanHoldStill(Worlds[std::size_t(Parent)]))
 	{
-		return "its parent combines rotation with uneven scale";
+		return UnevenParentReason;
 	}
 	return {};
 }

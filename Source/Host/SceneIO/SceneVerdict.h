@@ -16,6 +16,9 @@ enum class ESceneCommand : uint8
 	SetPivot,
 };
 
+/// Why a node is left out that a bake could not hold below its parent.
+inline constexpr const char* UnevenParentReason = "its parent combines rotation with uneven scale";
+
 /// Whether a node can be worked on such that every viewer shows the same picture afterwards.
 struct FSceneVerdict
 {

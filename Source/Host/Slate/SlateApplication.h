@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Core/Array.h"
+#include "Core/Function.h"
 #include "Slate/InputProcessor.h"
 #include "Slate/SlateBackend.h"
 #include "Slate/Widget.h"
@@ -50,8 +51,9 @@ public:
 	void UnregisterInputPreProcessor(TSharedPtr<IInputProcessor> InputProcessor);
 
 	/// Where keys go that neither pre-processor nor widget wanted, in the order of registration. These lists are
-	/// known whether or not an application exists, so that they can be registered before it.
-	static void AddGlobalCommandList(const TSharedRef<FUICommandList>& CommandList);
+	/// known whether or not an application exists, so that they can be registered before it. A list with `TakesKeys` is
+	/// passed over while that says no.
+	static void AddGlobalCommandList(const TSharedRef<FUICommandList>& CommandList, TFunction<bool()> TakesKeys = {});
 	static void RemoveGlobalCommandList(const TSharedRef<FUICommandList>& CommandList);
 
 	/// Routes an event; true when something handled it. Called by the back end, once per event.
@@ -69,6 +71,9 @@ public:
 
 	/// One frame: pre-processors tick, notifications expire. `DeltaTime` in seconds.
 	void Tick(float DeltaTime);
+
+	/// Whether the keyboard focus is where text is typed: in a widget whose type name contains "EditableText".
+	bool IsTextInputFocused() const;
 
 	/// The widget with the keyboard focus; empty for none.
 	TSharedPtr<SWidget> GetKeyboardFocusedWidget() const { return FocusedWidget.Pin(); }

@@ -8,20 +8,32 @@
 
 namespace
 {
-TArray<TSharedRef<FUICommandList>>& GlobalCommandLists()
+struct FGlobalCommandList
+{
+	TSharedRef<FUICommandList> Commands;
+	TFunction<bool()> TakesKeys;
+};
+
+TArray<FGlobalCommandList>& GlobalCommandLists()
 {
 	// Not destroyed at the end of the process, when what the lists refer to may be gone already.
-	static TArray<TSharedRef<FUICommandList>>* const Lists = new TArray<TSharedRef<FUICommandList>>;
+	static TArray<FGlobalCommandList>* const Lists = new TArray<FGlobalCommandList>;
 	return *Lists;
+}
+
+int32 IndexOfGlobalCommandList(const TSharedRef<FUICommandList>& CommandList)
+{
+	return GlobalCommandLists().IndexOfByPredicate(
+		[&](const FGlobalCommandList& List) { return List.Commands == CommandList; });
 }
 
 bool ProcessGlobalCommands(const FKeyEvent& InKeyEvent)
 {
 	// A command may add and remove lists.
-	const TArray<TSharedRef<FUICommandList>> Lists = GlobalCommandLists();
-	for (const TSharedRef<FUICommandList>& List : Lists)
+	const TArray<FGlobalCommandList> Lists = GlobalCommandLists();
+	for (const FGlobalCommandList& List : Lists)
 	{
-		if (List->ProcessCommandBindings(InKeyEvent))
+		if ((!List.TakesKeys || List.TakesKeys()) && List.Commands->ProcessCommandBindings(InKeyEvent))
 		{
 			return true;
 		}
@@ -71,14 +83,20 @@ void FSlateApplication::UnregisterInputPreProcessor(TSharedPtr<IInputProcessor> 
 	PreProcessors.RemoveSingle(InputProcessor);
 }
 
-void FSlateApplication::AddGlobalCommandList(const TSharedRef<FUICommandList>& CommandList)
+void FSlateApplication::AddGlobalCommandList(const TSharedRef<FUICommandList>& CommandList, TFunction<bool()> TakesKeys)
 {
-	GlobalCommandLists().AddUnique(CommandList);
+	if (IndexOfGlobalCommandList(CommandList) == INDEX_NONE)
+	{
+		GlobalCommandLists().Add({CommandList, std::move(TakesKeys)});
+	}
 }
 
 void FSlateApplication::RemoveGlobalCommandList(const TSharedRef<FUICommandList>& CommandList)
 {
-	GlobalCommandLists().RemoveSingle(CommandList);
+	if (const int32 Index = IndexOfGlobalCommandList(CommandList); Index != INDEX_NONE)
+	{
+		GlobalCommandLists().RemoveAt(Index);
+	}
 }
 
 template <typename TCall>
@@ -184,6 +202,12 @@ bool FSlateApplication::ProcessMotionDetectedEvent(const FMotionEvent& InEvent)
 {
 	return AskAboutInput(
 		[&](IInputProcessor& Processor) { return Processor.HandleMotionDetectedEvent(*this, InEvent); });
+}
+
+bool FSlateApplication::IsTextInputFocused() const
+{
+	const TSharedPtr<SWidget> Focused = GetKeyboardFocusedWidget();
+	return Focused.IsValid() && Focused->GetTypeAsString().Contains(TEXT("EditableText"), ESearchCase::IgnoreCase);
 }
 
 void FSlateApplication::Tick(float DeltaTime)

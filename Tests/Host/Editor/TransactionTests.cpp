@@ -420,4 +420,37 @@ TEST_F(FTransaction, TellsOfEveryChangeOfTheStack)
 	Transactions().Reset();
 	EXPECT_EQ(NumChanges, 5);
 }
+
+TEST_F(FTransaction, NamesTheStateThatStepsHaveLedTo)
+{
+	UStaticMeshComponent* const Component = MakeActor(World(), nullptr);
+	const auto Edit = [&]
+	{
+		const FEditScope Scope;
+		Move(Component, UnevenPlace());
+	};
+	const uint64 Start = Transactions().GetStateId();
+	Edit();
+	const uint64 First = Transactions().GetStateId();
+	Edit();
+	const uint64 Second = Transactions().GetStateId();
+	EXPECT_NE(Start, First);
+	EXPECT_NE(First, Second);
+	Undo();
+	EXPECT_EQ(Transactions().GetStateId(), First);
+	Undo();
+	EXPECT_EQ(Transactions().GetStateId(), Start);
+	Redo();
+	EXPECT_EQ(Transactions().GetStateId(), First);
+	Edit();
+	EXPECT_NE(Transactions().GetStateId(), Second) << "another state in the place of one that is lost";
+
+	const uint64 Last = Transactions().GetStateId();
+	Transactions().SetMemoryLimit(0);
+	EXPECT_EQ(Transactions().GetStateId(), Last);
+	Undo();
+	EXPECT_EQ(Transactions().GetStateId(), First) << "all older steps were dropped";
+	Transactions().Reset();
+	EXPECT_EQ(Transactions().GetStateId(), First);
+}
 } // namespace

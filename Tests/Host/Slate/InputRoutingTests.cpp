@@ -122,6 +122,28 @@ TEST_F(InputRouting, WhoeverHandlesAKeyIsTheLastToSeeIt)
 	EXPECT_THAT(Seen, testing::ElementsAre(FString(TEXT("first down B"))));
 }
 
+TEST_F(InputRouting, CommandListThatTakesNoKeysIsPassedOver)
+{
+	AddGlobalCommand(EKeys::B);
+	FSlateApplication::RemoveGlobalCommandList(Commands);
+	bool bTakesKeys = false;
+	FSlateApplication::AddGlobalCommandList(Commands, [&] { return bTakesKeys; });
+	EXPECT_FALSE(Press(EKeys::B));
+	bTakesKeys = true;
+	EXPECT_TRUE(Press(EKeys::B));
+	EXPECT_EQ(Seen.Num(), 1);
+}
+
+TEST_F(InputRouting, TextInputIsKnownByTheFocusedWidgetsType)
+{
+	EXPECT_FALSE(App().IsTextInputFocused());
+	const TSharedRef<SWidget> Panel = AddFocusedWidget(false);
+	EXPECT_FALSE(App().IsTextInputFocused());
+	const TSharedRef<SEditableText> Field = SNew(SEditableText);
+	EXPECT_TRUE(App().SetKeyboardFocus(Field));
+	EXPECT_TRUE(App().IsTextInputFocused());
+}
+
 TEST_F(InputRouting, KeyThatNobodyWantsIsNotHandled)
 {
 	AddProcessor(TEXT("first"));
