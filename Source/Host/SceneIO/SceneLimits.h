@@ -31,6 +31,11 @@ constexpr std::uint64_t DecodedBytesFloor = 256 * MiB;
 constexpr std::uint64_t DecodedBytesPerFileByte = 64;
 constexpr std::uint64_t DecodedBytesCeiling = 64 * GiB;
 
+/// Copies of vertices that a bake may make for nodes that share meshes, each counted as so many bytes, above a share of
+/// the file's size. A bake takes two to four times as much.
+constexpr std::uint64_t CopiedBytesFloor = 2 * GiB;
+constexpr std::uint64_t CopiedBytesPerVertex = 32;
+
 /// One run of the Draco decoder: address space, processor time and wall time of its own process.
 constexpr std::uint64_t DracoAddressSpace = 2 * GiB;
 constexpr unsigned DracoCpuSeconds = 30;
@@ -43,5 +48,10 @@ constexpr std::uint64_t DecodedBytes(std::uint64_t FileBytes)
 									? DecodedBytesCeiling
 									: FileBytes * DecodedBytesPerFileByte;
 	return Share > DecodedBytesCeiling - DecodedBytesFloor ? DecodedBytesCeiling : DecodedBytesFloor + Share;
+}
+/// The cap of copies for a scene file of `FileBytes` bytes.
+constexpr std::uint64_t CopiedBytes(std::uint64_t FileBytes)
+{
+	return DecodedBytes(FileBytes) - DecodedBytesFloor + CopiedBytesFloor;
 }
 }

@@ -6,10 +6,14 @@
 #include "Engine/StaticMeshComponent.h"
 #include "HostSession.h"
 #include "NodeNames.h"
+#include "SceneIO/PrintableText.h"
+#include "SceneIO/SceneLimits.h"
 #include "TarvinSelectionAction.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <filesystem>
 #include <limits>
 #include <map>
 #include <set>
@@ -92,6 +96,10 @@ private:
 			{
 				return false;
 			}
+			if (!HasRoomForCopies(Batch.Nodes))
+			{
+				return false;
+			}
 			if (!LeaveOutOfRange(Batch.Nodes))
 			{
 				RunCommand(Batch.Nodes);
@@ -136,6 +144,55 @@ private:
 			return false;
 		}
 		return true;
+	}
+
+	/// A mesh is copied once for each rotation and scale that its nodes have; few bytes of nodes can ask for much.
+	bool HasRoomForCopies(const std::vector<FGltfIndex>& Nodes)
+	{
+		const bool bMayCopy = Options.Shared == ESharedAnswer::Duplicate || Options.Shared == ESharedAnswer::Ask;
+		if (Options.Command != ESceneCommand::BakeTransform || !bMayCopy)
+		{
+			return true;
+		}
+		std::set<std::pair<const UStaticMesh*, std::array<int64, 7>>> Shapes;
+		std::set<const UStaticMesh*> Assets;
+		std::uint64_t Copied = 0;
+		for (const FGltfIndex Node : Nodes)
+		{
+			const UStaticMesh* const Asset = AssetOf(*Scene, Node);
+			const bool bFirst = Assets.insert(Asset).second;
+			if (Shapes.emplace(Asset, RoughShape(Scene->Node(Node).Component->GetComponentTransform())).second &&
+				!bFirst)
+			{
+				for (int32 Lod = 0; Lod < Asset->GetNumSourceModels(); ++Lod)
+				{
+					Copied += std::uint64_t(Asset->GetSourceModel(Lod).GetBulkData()->NumVertices()) *
+							  SceneLimits::CopiedBytesPerVertex;
+				}
+			}
+		}
+		std::error_code Unknown;
+		const std::uintmax_t FileBytes = std::filesystem::file_size(Report.Input, Unknown);
+		const std::uint64_t Limit = SceneLimits::CopiedBytes(Unknown ? 0 : FileBytes);
+		if (Copied > Limit)
+		{
+			Fail(ExitUnreadable, "Cannot bake \"" + PrintableText(Report.Input) +
+									 "\": the copies of meshes that its nodes need would take more than " +
+									 std::to_string(Limit / SceneLimits::MiB) + " MiB.");
+		}
+		return Copied <= Limit;
+	}
+
+	/// Rotation and scale in steps so large that what is baked alike is not told apart.
+	static std::array<int64, 7> RoughShape(const FTransform& World)
+	{
+		constexpr double Steps = 256.0;
+		const FQuat Turn = World.GetRotation();
+		const FVector Scale = World.GetScale3D();
+		const double Side = Turn.W < 0.0 ? -Steps : Steps;
+		const auto Step = [](double Value) { return int64(std::llround(std::clamp(Value, -1e15, 1e15))); };
+		return {Step(Turn.X * Side), Step(Turn.Y * Side), Step(Turn.Z * Side), Step(Turn.W * Side),
+			Step(Scale.X * Steps), Step(Scale.Y * Steps), Step(Scale.Z * Steps)};
 	}
 
 	/// Settles the nodes whose vertices would leave the range in which single precision has all its digits. Returns

@@ -118,3 +118,27 @@ TEST_F(BakeCommand, KeepsWhatItDoesNotKnow)
 	EXPECT_THAT(Baked, testing::StartsWith("{" + Extras));
 	EXPECT_THAT(Baked, HasSubstr("\"extensions\":{" + Unknown));
 }
+
+TEST_F(BakeCommand, RefusesMoreCopiesThanASmallFileMayAskFor)
+{
+	// Zeros that take no bytes, shown in many shapes.
+	const auto Scene = [](int NumNodes)
+	{
+		std::string Nodes;
+		for (int Node = 0; Node < NumNodes; ++Node)
+		{
+			Nodes +=
+				(Node == 0 ? "" : ",") + std::string(R"({"mesh":0,"scale":[3,5,)") + std::to_string(2 + Node) + "]}";
+		}
+		return R"({"asset":{"version":"2.0"},"accessors":[{"componentType":5126,"count":50000,"type":"VEC3"}],)"
+			   R"("meshes":[{"primitives":[{"attributes":{"POSITION":0}}]}],"nodes":[)" +
+			   Nodes + "]}";
+	};
+	WriteAll(Path("many.gltf"), Scene(1500));
+	const FTarvinRun Run = RunTarvin({"bake", Path("many.gltf"), "-o", Path("out.gltf")});
+	EXPECT_EQ(Run.ExitCode, 3);
+	EXPECT_THAT(Run.Errors, HasSubstr("many.gltf\": the copies of meshes that its nodes need would take more than"));
+	EXPECT_FALSE(std::filesystem::exists(Path("out.gltf")));
+	WriteAll(Path("few.gltf"), Scene(3));
+	EXPECT_EQ(RunTarvin({"bake", Path("few.gltf"), "-o", Path("out.gltf")}).ExitCode, 0);
+}
