@@ -2,6 +2,7 @@
 #include "HostSession.h"
 
 #include "Editor/EditorEngine.h"
+#include "Slate/CheckBox.h"
 #include "Slate/CustomDialog.h"
 #include "Slate/SlateApplication.h"
 
@@ -39,6 +40,14 @@ void FHostSession::AnswerWith(ESharedAnswer Answer)
 			// First comes "Create new asset", last "Cancel"; "Apply to all" stands between them where it is offered.
 			const int32 Last = Dialog.GetButtons().Num() - 1;
 			const bool bOffered = Last >= 2;
+			// The answer holds for all assets, unless this one had no such choice.
+			if (bOffered || Answer != ESharedAnswer::InPlace)
+			{
+				for (const TSharedRef<SCheckBox>& Box : FindWidgets<SCheckBox>(*Dialog.GetDialogContent()))
+				{
+					Box->SetIsChecked(ECheckBoxState::Checked);
+				}
+			}
 			Dialog.PressButton(Answer == ESharedAnswer::Skip                  ? Last
 							   : Answer == ESharedAnswer::InPlace && bOffered ? 1
 																			  : 0);

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
+#include "TarvinRun.h"
+
 #include "Platform/CoreUObject.h"
 #include "Platform/Editor.h"
 #include "Platform/Engine.h"
 #include "TarvinAssetDuplicator.h"
 #include "TarvinGrouping.h"
-#include "TarvinSelectionAction.h"
 #include "TarvinTransformLog.h"
 #include "TarvinTransformOp.h"
 
@@ -62,11 +63,12 @@ class FTarvinRun
 {
 public:
 	FTarvinRun(const TArray<FTarvinItem>& InItems, UWorld* InWorld, const FTarvinOnSharedAsset& InOnSharedAsset,
-		const FTarvinOperation& InOperation)
+		const FTarvinOperation& InOperation, const bool& bInAnswersAreRemembered)
 		: Items(InItems)
 		, World(InWorld)
 		, OnSharedAsset(InOnSharedAsset)
 		, Operation(InOperation)
+		, bAnswersAreRemembered(bInAnswersAreRemembered)
 	{
 		for (const FTarvinItem& Item : Items)
 		{
@@ -155,7 +157,7 @@ private:
 			return false;
 		}
 		// Whoever is asked may do more than answer: the users are counted anew for the next group.
-		bCounted = false;
+		bCounted = bCounted && bAnswersAreRemembered;
 		switch (OnSharedAsset.Execute(Source, OtherUsers, !Group.bConflict))
 		{
 		case ETarvinSharedAssetChoice::Cancel:
@@ -260,6 +262,7 @@ private:
 	UWorld* const World;
 	const FTarvinOnSharedAsset& OnSharedAsset;
 	const FTarvinOperation& Operation;
+	const bool& bAnswersAreRemembered;
 	TSet<UStaticMeshComponent*> SelectedComponents;
 	TMap<UStaticMesh*, int32> OtherUsersOfMesh;
 	bool bCounted = false;
@@ -271,6 +274,12 @@ private:
 FTarvinRunResult FTarvinSelectionAction::Run(const TArray<FTarvinItem>& Items, UWorld* World,
 	const FTarvinOnSharedAsset& OnSharedAsset, const FTarvinOperation& Operation)
 {
+	return TarvinRun::Run(Items, World, OnSharedAsset, Operation, false);
+}
+
+FTarvinRunResult TarvinRun::Run(const TArray<FTarvinItem>& Items, UWorld* World,
+	const FTarvinOnSharedAsset& OnSharedAsset, const FTarvinOperation& Operation, const bool& bAnswersAreRemembered)
+{
 	if (Items.IsEmpty())
 	{
 		return FTarvinRunResult();
@@ -278,7 +287,7 @@ FTarvinRunResult FTarvinSelectionAction::Run(const TArray<FTarvinItem>& Items, U
 	FTarvinTransformOp::BeginUndoTrackedBatch();
 	const TArray<FTarvinGroup> Groups = FTarvinGrouping::Build(Items,
 		[&Operation](const FTarvinItem& Item, FTransform& OutBake) { return Operation.ComputeBake(Item, OutBake); });
-	FTarvinRun ThisRun(Items, World, OnSharedAsset, Operation);
+	FTarvinRun ThisRun(Items, World, OnSharedAsset, Operation, bAnswersAreRemembered);
 
 	FScopedTransaction Transaction(TEXT("TarvinTransform"), Operation.TransactionText, nullptr, true);
 	for (const FTarvinGroup& Group : Groups)

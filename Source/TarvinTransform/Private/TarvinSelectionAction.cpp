@@ -3,6 +3,7 @@
 
 #include "Platform/Editor.h"
 #include "Platform/Slate.h"
+#include "TarvinRun.h"
 #include "TarvinSharedAssetPrompt.h"
 #include "TarvinTolerance.h"
 #include "TarvinTransformLog.h"
@@ -109,7 +110,7 @@ void FTarvinSelectionAction::Execute(const FTarvinOperation& Operation)
 			RememberedChoice = TarvinSharedAssetPrompt::Ask(Mesh, OtherUsers, bInPlaceAllowed, &bApplyToRest);
 			return RememberedChoice;
 		});
-	const FTarvinRunResult Result = Run(Items, EditorWorld(), OnSharedAsset, Operation);
+	const FTarvinRunResult Result = TarvinRun::Run(Items, EditorWorld(), OnSharedAsset, Operation, bApplyToRest);
 	const FString Message = MakeMessage(Operation, Items.IsEmpty(), Gathered, Result);
 
 	if (Result.Baked > 0 && GEditor)

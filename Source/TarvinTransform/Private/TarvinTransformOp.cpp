@@ -13,10 +13,39 @@
 
 namespace
 {
-TArray<FWeakObjectPtr>& TrackedMeshes()
+/// The meshes that the present batch has changed, in the order of their first change.
+struct FTrackedMeshes
 {
-	static TArray<FWeakObjectPtr> Meshes;
-	return Meshes;
+	TArray<FWeakObjectPtr> Meshes;
+	TSet<FObjectHandle> Known; ///< those of `Meshes`: batches may change a hundred thousand
+
+	void Add(const UStaticMesh* Mesh)
+	{
+		const FWeakObjectPtr Entry(Mesh);
+		if (!Known.Contains(Entry.GetHandle()))
+		{
+			Known.Add(Entry.GetHandle());
+			Meshes.Add(Entry);
+		}
+	}
+
+	void RemoveAtSwap(int32 Index)
+	{
+		Known.Remove(Meshes[Index].GetHandle());
+		Meshes.RemoveAtSwap(Index);
+	}
+
+	void Reset()
+	{
+		Meshes.Reset();
+		Known.Reset();
+	}
+};
+
+FTrackedMeshes& TrackedMeshes()
+{
+	static FTrackedMeshes Tracked;
+	return Tracked;
 }
 
 bool HasZeroScale(const FVector& Scale)
@@ -155,7 +184,7 @@ bool FTarvinTransformOp::BakeIntoMesh(UStaticMesh* Mesh, const FTransform& BakeT
 	{
 		TarvinCollisionBake::BakeSimpleCollision(Mesh, BakeTransform, !Options.bRebuild, Stats);
 	}
-	TrackedMeshes().AddUnique(FWeakObjectPtr(Mesh));
+	TrackedMeshes().Add(Mesh);
 	if (Options.bRebuild)
 	{
 		Rebuild(*Mesh);
@@ -170,18 +199,18 @@ void FTarvinTransformOp::BeginUndoTrackedBatch()
 
 void FTarvinTransformOp::RebuildMeshesAfterUndo()
 {
-	TArray<FWeakObjectPtr>& Meshes = TrackedMeshes();
+	FTrackedMeshes& Tracked = TrackedMeshes();
 	int32 NumRebuilt = 0;
-	for (int32 Index = Meshes.Num() - 1; Index >= 0; --Index)
+	for (int32 Index = Tracked.Meshes.Num() - 1; Index >= 0; --Index)
 	{
-		if (UObject* const Mesh = Meshes[Index].Get())
+		if (UObject* const Mesh = Tracked.Meshes[Index].Get())
 		{
 			Mesh->PostEditChange();
 			++NumRebuilt;
 		}
 		else
 		{
-			Meshes.RemoveAtSwap(Index);
+			Tracked.RemoveAtSwap(Index);
 		}
 	}
 	if (NumRebuilt >= 1)
