@@ -31,6 +31,22 @@ bool HasSelection()
 	return CanEdit() && !SelectedActors().IsEmpty();
 }
 
+bool CanDetach()
+{
+	if (!CanEdit())
+	{
+		return false;
+	}
+	for (const AActor* Actor : SelectedActors())
+	{
+		if (ParentOf(*Actor))
+		{
+			return true;
+		}
+	}
+	return false;
+}
+
 void Redraw()
 {
 	GEditor->UpdatePivotLocationForSelection();
@@ -95,7 +111,7 @@ void LevelActions::Map(FUICommandList& Commands, TFunction<void()> Focus)
 	MapTo(Set.Duplicate, &DuplicateSelected, &HasSelection);
 	MapTo(Set.AttachToLast, &AttachSelectedToLast, [] { return CanEdit() && SelectedActors().Num() > 1; });
 	MapTo(
-		Set.Detach, [] { Detach(SelectedActors()); }, &HasSelection);
+		Set.Detach, [] { Detach(SelectedActors()); }, &CanDetach);
 }
 
 void LevelActions::Unmap(FUICommandList& Commands)

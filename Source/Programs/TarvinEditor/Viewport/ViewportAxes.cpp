@@ -17,9 +17,10 @@ QImage DrawViewportAxes(const FViewportCamera& Camera, const FViewportColours& C
 		QString Letter;
 		double Depth = 0.0;
 	};
-	std::array<FArm, 3> Arms = {FArm{{1.0, 0.0, 0.0}, Colours.AxisX, QStringLiteral("X")},
-		FArm{{0.0, 1.0, 0.0}, Colours.AxisY, QStringLiteral("Y")},
-		FArm{{0.0, 0.0, 1.0}, Colours.AxisZ, QStringLiteral("Z")}};
+	// The axes of scene files, which users know: Y is up there. In the host's space these are -Y, Z and -X.
+	std::array<FArm, 3> Arms = {FArm{{0.0, -1.0, 0.0}, Colours.AxisX, QStringLiteral("X")},
+		FArm{{0.0, 0.0, 1.0}, Colours.AxisY, QStringLiteral("Y")},
+		FArm{{-1.0, 0.0, 0.0}, Colours.AxisZ, QStringLiteral("Z")}};
 	for (FArm& Arm : Arms)
 	{
 		Arm.Depth = Arm.Axis | Camera.GetForward();

@@ -77,8 +77,9 @@ void FViewportRenderer::DrawGrid(const FViewportCamera& Camera, const FViewportC
 	Program.setUniformValue("FadeDepth", float(Seen * Metre * 14.0));
 	Program.setUniformValue("DepthRange", float(Camera.GetNear()), float(Camera.GetFar()));
 	Program.setUniformValue("LineColour", ToQt(Colours.Line));
-	Program.setUniformValue("AxisXColour", ToQt(Colours.AxisX));
-	Program.setUniformValue("AxisYColour", ToQt(Colours.AxisY));
+	// Along the host's X lies the Z of scene files, along its Y their X; see DrawViewportAxes.
+	Program.setUniformValue("AxisXColour", ToQt(Colours.AxisZ));
+	Program.setUniformValue("AxisYColour", ToQt(Colours.AxisX));
 	Gl->glEnable(GL_BLEND);
 	Gl->glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
 	Gl->glDepthMask(GL_FALSE);

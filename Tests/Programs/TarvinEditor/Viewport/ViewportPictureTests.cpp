@@ -5,9 +5,11 @@
 #include "Engine/InstancedStaticMeshComponent.h"
 #include "MeshDescription/StaticMeshOperations.h"
 #include "SlateQt/QtTheme.h"
+#include "Viewport/ViewportAxes.h"
 
 #include <QVBoxLayout>
 
+#include <cmath>
 #include <gmock/gmock.h>
 
 namespace
@@ -35,13 +37,14 @@ protected:
 		return Sum / 25.0;
 	}
 
-	/// How many pixels have the hue of the outline.
+	/// How many pixels have the hue of the outline. The cross of axes, of similar hues, is left out.
 	static int NumOutlined(const QImage& Picture)
 	{
 		int Count = 0;
+		const int Corner = int(std::ceil(1.5 * ViewportAxesSize * Picture.devicePixelRatio()));
 		for (int Y = 0; Y < Picture.height(); ++Y)
 		{
-			for (int X = 0; X < Picture.width(); ++X)
+			for (int X = Y < Picture.height() - Corner ? 0 : Corner; X < Picture.width(); ++X)
 			{
 				const QColor Colour = Picture.pixelColor(X, Y);
 				Count += Colour.red() - Colour.blue() > 120 && Colour.green() > 60;
