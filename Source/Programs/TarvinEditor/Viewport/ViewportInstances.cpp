@@ -41,7 +41,7 @@ FInstancePlace PlaceOf(const FMatrix& LocalToWorld, const FVector& Origin)
 		for (int32 Row = 0; Row < 4; ++Row)
 		{
 			const double Shift = Row == 3 ? Origin[Axis] : 0.0;
-			Place.Axes[std::size_t(Axis * 4 + Row)] = float(LocalToWorld.M[Row][Axis] - Shift);
+			Place.Axes[std::size_t(Axis) * 4 + std::size_t(Row)] = float(LocalToWorld.M[Row][Axis] - Shift);
 		}
 	}
 	return Place;
