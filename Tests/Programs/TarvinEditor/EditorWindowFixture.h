@@ -10,9 +10,9 @@
 #include "LogPanel.h"
 #include "MainWindow.h"
 #include "OutlinerPanel.h"
+#include "Programs/Tarvin/TarvinProcess.h"
 #include "SelectionQueries.h"
 #include "SlateQt/QtPrelude.h"
-#include "TarvinProcess.h"
 
 #include <QApplication>
 #include <QTest>
