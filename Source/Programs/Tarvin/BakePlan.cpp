@@ -25,6 +25,12 @@ bool WouldMerge(const FTransform& A, const FTransform& B)
 	return A.GetRotation().Equals(B.GetRotation(), KINDA_SMALL_NUMBER) &&
 		   A.GetScale3D().Equals(B.GetScale3D(), KINDA_SMALL_NUMBER);
 }
+/// Whether one command may work on a bake beside those that it has taken.
+bool Fits(const FTransform& Bake, const std::vector<FTransform>& Taken)
+{
+	return std::ranges::all_of(
+		Taken, [&](const FTransform& Other) { return !WouldMerge(Bake, Other) || IsSame(Bake, Other); });
+}
 } // namespace
 
 UStaticMesh* AssetOf(const FScene& Scene, FGltfIndex Node)
@@ -37,29 +43,17 @@ FBakePlanner::FBakePlanner(const FScene& InScene, const FSceneJudge& InJudge, co
 	: Scene(InScene)
 	, SceneJudge(InJudge)
 	, Options(InOptions)
+	, Operation(InOptions.Command == ESceneCommand::BakeTransform ? FTarvinOperation::RotationScaleBake()
+																  : FTarvinOperation::SetPivot(InOptions.Position))
 {
 }
 
 FTransform FBakePlanner::BakeOf(FGltfIndex Node) const
 {
-	const FTarvinOperation Operation = Options.Command == ESceneCommand::BakeTransform
-										   ? FTarvinOperation::RotationScaleBake()
-										   : FTarvinOperation::SetPivot(Options.Position);
 	UStaticMeshComponent* const Component = Cast<UStaticMeshComponent>(Scene.Node(Node).Component.Get());
 	FTransform Bake;
 	Operation.ComputeBake({Component, AssetOf(Scene, Node), Component->GetComponentTransform()}, Bake);
 	return Bake;
-}
-
-bool FBakePlanner::Fits(FGltfIndex Node, const std::vector<FGltfIndex>& Taken) const
-{
-	const FTransform Bake = BakeOf(Node);
-	return std::ranges::all_of(Taken,
-		[&](FGltfIndex Other)
-		{
-			const FTransform OtherBake = BakeOf(Other);
-			return !WouldMerge(Bake, OtherBake) || IsSame(Bake, OtherBake);
-		});
 }
 
 FBakeBatch FBakePlanner::Next(
@@ -67,6 +61,7 @@ FBakeBatch FBakePlanner::Next(
 {
 	FBakeBatch Batch;
 	std::map<UStaticMesh*, std::vector<FGltfIndex>> NodesOfAsset;
+	std::map<UStaticMesh*, std::vector<FTransform>> BakesOfAsset;
 	for (FGltfIndex Node = 0; Node < Scene.NumNodes(); ++Node)
 	{
 		const std::size_t At = std::size_t(Node);
@@ -86,13 +81,15 @@ FBakeBatch FBakePlanner::Next(
 			Batch.bPostponed = true;
 			continue;
 		}
-		std::vector<FGltfIndex>& Taken = NodesOfAsset[Component->GetStaticMesh()];
-		if (!Fits(Node, Taken))
+		const FTransform Bake = BakeOf(Node);
+		std::vector<FTransform>& Taken = BakesOfAsset[Component->GetStaticMesh()];
+		if (!Fits(Bake, Taken))
 		{
 			Batch.bPostponed = true;
 			continue;
 		}
-		Taken.push_back(Node);
+		Taken.push_back(Bake);
+		NodesOfAsset[Component->GetStaticMesh()].push_back(Node);
 		Batch.Nodes.push_back(Node);
 	}
 	if (Options.Shared == ESharedAnswer::InPlace)

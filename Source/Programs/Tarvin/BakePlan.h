@@ -4,6 +4,7 @@
 #include "BakeOptions.h"
 #include "SceneIO/Scene.h"
 #include "SceneIO/SceneVerdict.h"
+#include "TarvinOperation.h"
 
 #include <map>
 #include <string>
@@ -34,13 +35,13 @@ public:
 private:
 	/// What the module would bake into a node's mesh.
 	FTransform BakeOf(FGltfIndex Node) const;
-	bool Fits(FGltfIndex Node, const std::vector<FGltfIndex>& Taken) const;
 	std::string InPlaceObjection(
 		UStaticMesh* Asset, const std::vector<FGltfIndex>& Batch, const std::vector<bool>& bWanted) const;
 
 	const FScene& Scene;
 	const FSceneJudge& SceneJudge;
 	const FBakeOptions& Options;
+	const FTarvinOperation Operation; ///< what each command does
 };
 
 /// The asset that a node shows now; null for none.
