@@ -2,9 +2,8 @@
 #include "SceneProtection.h"
 
 #include "Core/Log.h"
+#include "SceneIO/SceneTree.h"
 #include "SelectionQueries.h"
-
-#include <algorithm>
 
 DEFINE_LOG_CATEGORY_STATIC(LogScene, Log, All)
 
@@ -39,31 +38,29 @@ FSceneProtection::~FSceneProtection()
 void FSceneProtection::Update()
 {
 	UnmarkAll();
-	std::vector<bool> bWanted(std::size_t(Scene.NumNodes()), false);
 	const TArray<AActor*> Selected = SelectionQueries::SelectedActors();
+	if (Selected.IsEmpty())
+	{
+		return;
+	}
+	// Of the world as it stands: copies are judged like what they were copied from, in their own places.
+	const FSceneTree Tree(Scene);
+	std::vector<bool> bWanted(std::size_t(Tree.Num()), false);
 	for (const AActor* Actor : Selected)
 	{
 		Unmark(*Actor);
-		if (const FGltfIndex Node = Scene.NodeOf(Actor); Node != NoIndex)
+		if (const FGltfIndex Node = Tree.IndexOf(Actor); Node != NoIndex)
 		{
 			bWanted[std::size_t(Node)] = true;
 		}
 	}
-	const bool bAnyNode = std::ranges::find(bWanted, true) != bWanted.end();
-	std::vector<FSceneVerdict> Bakes;
-	std::vector<FSceneVerdict> Pivots;
-	if (bAnyNode)
-	{
-		Bakes = Judge.Judge(ESceneCommand::BakeTransform, bWanted);
-		Pivots = Judge.Judge(ESceneCommand::SetPivot, bWanted);
-	}
+	const std::vector<FSceneVerdict> Bakes = Judge.Judge(ESceneCommand::BakeTransform, Tree, bWanted);
+	const std::vector<FSceneVerdict> Pivots = Judge.Judge(ESceneCommand::SetPivot, Tree, bWanted);
 	for (AActor* Actor : Selected)
 	{
-		const FGltfIndex Node = Scene.NodeOf(Actor);
-		const FGltfIndex CopiedFrom = Scene.SourceOf(Actor);
-		const std::string Reason = Node != NoIndex         ? ReasonAmong(Node, Bakes, Pivots)
-								   : CopiedFrom != NoIndex ? Judge.StaticReason(CopiedFrom)
-														   : std::string();
+		const FGltfIndex Node = Tree.IndexOf(Actor);
+		const std::string Reason =
+			Node == NoIndex ? std::string() : ReasonAmong(*Actor, Bakes[std::size_t(Node)], Pivots[std::size_t(Node)]);
 		if (!Reason.empty())
 		{
 			Mark(*Actor, Reason);
@@ -71,17 +68,13 @@ void FSceneProtection::Update()
 	}
 }
 
-std::string FSceneProtection::ReasonAmong(
-	FGltfIndex Node, const std::vector<FSceneVerdict>& Bakes, const std::vector<FSceneVerdict>& Pivots) const
+std::string FSceneProtection::ReasonAmong(const AActor& Actor, const FSceneVerdict& Bake, const FSceneVerdict& Pivot)
 {
-	const FSceneVerdict& Bake = Bakes[std::size_t(Node)];
-	const FSceneVerdict& Pivot = Pivots[std::size_t(Node)];
 	if (Pivot.Kind == FSceneVerdict::EKind::LeftOut)
 	{
 		return Pivot.Reason;
 	}
-	const bool bPlugInSaysIt =
-		Bake.Reason == UnevenParentReason && IsClearlyUneven(SelectionQueries::ParentOf(*Scene.Node(Node).Actor));
+	const bool bPlugInSaysIt = Bake.Reason == UnevenParentReason && IsClearlyUneven(SelectionQueries::ParentOf(Actor));
 	return Bake.Kind == FSceneVerdict::EKind::LeftOut && !bPlugInSaysIt ? Bake.Reason : std::string();
 }
 

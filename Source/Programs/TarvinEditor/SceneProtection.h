@@ -37,8 +37,7 @@ private:
 	void Mark(AActor& Actor, const std::string& Reason);
 	void Unmark(const AActor& Actor);
 	void UnmarkAll();
-	std::string ReasonAmong(
-		FGltfIndex Node, const std::vector<FSceneVerdict>& Bakes, const std::vector<FSceneVerdict>& Pivots) const;
+	static std::string ReasonAmong(const AActor& Actor, const FSceneVerdict& Bake, const FSceneVerdict& Pivot);
 
 	const FScene& Scene;
 	FSceneJudge Judge;

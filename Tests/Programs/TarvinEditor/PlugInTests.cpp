@@ -377,3 +377,13 @@ TEST_F(PlugIn, CopyOfWhatIsLeftAloneIsLeftAlone)
 	Press(Qt::Key_B, CtrlShift);
 	EXPECT_EQ(History().GetQueueLength(), 1);
 }
+
+TEST_F(PlugIn, CopyIsJudgedInItsOwnPlace)
+{
+	ClickLine("Leaning post");
+	const std::string Remark = Window().GetDetails()->GetRemark().toStdString();
+	EXPECT_THAT(Remark, testing::HasSubstr("shear"));
+	Press(Qt::Key_D, Ctrl);
+	EXPECT_THAT(SelectedLabels(), ElementsAre("Leaning post_2"));
+	EXPECT_EQ(Window().GetDetails()->GetRemark().toStdString(), Remark);
+}
