@@ -31,14 +31,28 @@ FVector WorldFaceNormal(const FMeshDescription& Mesh, FTriangleID Triangle, cons
 
 std::vector<FVector> FaceNormals(const UStaticMeshComponent* Component)
 {
-	const UStaticMesh* const Mesh = Component->GetStaticMesh();
-	const FMeshDescription* const Description = Mesh->GetMeshDescription(0);
 	std::vector<FVector> Normals;
-	for (const FTriangleID Triangle : Description->Triangles().GetElementIDs())
+	for (const FMeshDescription* Source : SourcesOf(Component->GetStaticMesh()))
 	{
-		Normals.push_back(WorldFaceNormal(*Description, Triangle, Component->GetComponentTransform()));
+		for (const FTriangleID Triangle : Source->Triangles().GetElementIDs())
+		{
+			Normals.push_back(WorldFaceNormal(*Source, Triangle, Component->GetComponentTransform()));
+		}
 	}
 	return Normals;
+}
+
+/// Fails unless every normal stands upright on the triangles that show it.
+void ExpectUprightNormals(const FMeshDescription& Description)
+{
+	for (const FTriangleID Triangle : Description.Triangles().GetElementIDs())
+	{
+		const FVector Face = FStaticMeshOperations::ComputeTriangleNormal(Description, Triangle);
+		for (const FVertexInstanceID Instance : Description.GetTriangleVertexInstances(Triangle))
+		{
+			RC_ASSERT((FVector(Description.GetVertexInstanceNormal(Instance)) | Face) > 1.0 - 1e-4);
+		}
+	}
 }
 } // namespace
 
@@ -110,15 +124,9 @@ RC_GTEST_FIXTURE_PROP(BakeTransformProperty, KeepsStoredNormalsUprightOnTheirTri
 	Scene.Run(FTarvinOperation::RotationScaleBake());
 	for (UStaticMeshComponent* Component : Scene.Components())
 	{
-		const UStaticMesh* const Mesh = Component->GetStaticMesh();
-		const FMeshDescription& Description = *Mesh->GetMeshDescription(0);
-		for (const FTriangleID Triangle : Description.Triangles().GetElementIDs())
+		for (const FMeshDescription* Source : SourcesOf(Component->GetStaticMesh()))
 		{
-			const FVector Face = FStaticMeshOperations::ComputeTriangleNormal(Description, Triangle);
-			for (const FVertexInstanceID Instance : Description.GetTriangleVertexInstances(Triangle))
-			{
-				RC_ASSERT((FVector(Description.GetVertexInstanceNormal(Instance)) | Face) > 1.0 - 1e-4);
-			}
+			ExpectUprightNormals(*Source);
 		}
 	}
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Property/CommandScene.h"
 
-#include "Engine/BodySetup.h"
+#include "Host/MeshDescription/MeshShapes.h"
 #include "TarvinGrouping.h"
 #include "TarvinSelectionAction.h"
 
@@ -16,7 +16,86 @@ FTransform EvenScaled(const FTransform& Transform, bool bMirrored)
 	return FTransform(
 		Transform.GetRotation(), Transform.GetTranslation(), FVector(bMirrored ? -Scale : Scale, Scale, Scale));
 }
+
+FMeshDescription DrawShape(const FVector& Min, const FVector& Max)
+{
+	return *rc::gen::arbitrary<bool>() ? MeshShapes::Wedge() : MakeBoxDescription(Min, Max);
+}
+
+UStaticMesh* DrawMesh(int32 Number)
+{
+	const FVector Min(-1.0 - Number, -2.0, -3.0);
+	const FVector Max(2.0, 5.0, 7.0 + Number);
+	UStaticMesh* const Mesh = MakeBoxMesh(Min, Max, FString::Printf(TEXT("/Property/Mesh%d"), Number));
+	Mesh->SetMeshDescription(0, DrawShape(Min, Max));
+	if (*rc::gen::arbitrary<bool>())
+	{
+		Mesh->SetMeshDescription(1, DrawShape(FVector(-0.5, -1.0, -2.0), FVector(1.0, 3.0, 4.0)));
+	}
+	if (*WorldGenerators::Index(4) == 0)
+	{
+		Mesh->SetHiResMeshDescription(DrawShape(Min, Max));
+	}
+	return Mesh;
+}
+
+/// Makes some nodes want a bake that another wants as well, up to differences about as large as the key's tolerance.
+void DrawLikeness(FTreePlan& Plan)
+{
+	const auto Offset = [] { return *rc::gen::element(0.0, 9.e-5, -9.e-5, 1.1e-4); };
+	for (std::size_t Index = 1; Index < Plan.Nodes.size(); ++Index)
+	{
+		const FTreePlan::FNode& Model = Plan.Nodes[std::size_t(*WorldGenerators::Index(int32(Index)))];
+		if (*WorldGenerators::Index(3) != 0 || Model.Parent != INDEX_NONE)
+		{
+			continue;
+		}
+		FTreePlan::FNode& Node = Plan.Nodes[Index];
+		const FQuat Rotation = Model.Relative.GetRotation();
+		Node.Parent = INDEX_NONE;
+		Node.Mesh = Model.Mesh;
+		Node.Relative.SetRotation(*rc::gen::arbitrary<bool>() ? Rotation : -Rotation);
+		Node.Relative.SetScale3D(Model.Relative.GetScale3D() + FVector(Offset(), Offset(), Offset()));
+	}
+}
+
+/// All vertices of all sources, in the mesh's own space.
+TArray<FVector> LocalPoints(const UStaticMesh* Mesh)
+{
+	TArray<FVector> Points;
+	for (const FMeshDescription* Source : SourcesOf(Mesh))
+	{
+		for (const FVertexID Vertex : Source->Vertices().GetElementIDs())
+		{
+			Points.Add(FVector(Source->GetVertexPosition(Vertex)));
+		}
+	}
+	return Points;
+}
+
+/// The same in the world.
+TArray<FVector> WorldPoints(const UStaticMeshComponent* Component)
+{
+	TArray<FVector> Points = LocalPoints(Component->GetStaticMesh());
+	for (FVector& Point : Points)
+	{
+		Point = Component->GetComponentTransform().TransformPosition(Point);
+	}
+	return Points;
+}
 } // namespace
+
+std::vector<const FMeshDescription*> SourcesOf(const UStaticMesh* Mesh)
+{
+	std::vector<const FMeshDescription*> Sources;
+	for (int32 Lod = 0; Lod < Mesh->GetNumSourceModels(); ++Lod)
+	{
+		Sources.push_back(Mesh->GetMeshDescription(Lod));
+	}
+	Sources.push_back(Mesh->GetHiResMeshDescription());
+	std::erase(Sources, nullptr);
+	return Sources;
+}
 
 FCommandScene FCommandScene::Draw(UWorld* World, bool bEvenScales)
 {
@@ -25,18 +104,16 @@ FCommandScene FCommandScene::Draw(UWorld* World, bool bEvenScales)
 	const int32 NumMeshes = 1 + *WorldGenerators::Index(3);
 	for (int32 Mesh = 0; Mesh < NumMeshes; ++Mesh)
 	{
-		const FString Package = FString::Printf(TEXT("/Property/Mesh%d"), Mesh);
-		UStaticMesh* const Made = MakeBoxMesh(FVector(-1.0 - Mesh, -2.0, -3.0), FVector(2.0, 5.0, 7.0 + Mesh), Package);
-		if (*rc::gen::arbitrary<bool>())
-		{
-			Made->SetMeshDescription(1, MakeBoxDescription(FVector(-0.5, -1.0, -2.0), FVector(1.0, 3.0, 4.0)));
-		}
-		Scene.AllMeshes.push_back(Made);
+		Scene.AllMeshes.push_back(DrawMesh(Mesh));
 	}
 	FTreePlan Plan = *WorldGenerators::Tree(9);
 	for (FTreePlan::FNode& Node : Plan.Nodes)
 	{
 		Node.Relative = bEvenScales ? EvenScaled(Node.Relative, *rc::gen::arbitrary<bool>()) : Node.Relative;
+	}
+	if (!bEvenScales)
+	{
+		DrawLikeness(Plan);
 	}
 	Scene.AllComponents = BuildTree(World, Plan, Scene.AllMeshes);
 	for (UStaticMeshComponent* Component : Scene.AllComponents)
@@ -45,7 +122,7 @@ FCommandScene FCommandScene::Draw(UWorld* World, bool bEvenScales)
 		{
 			GEditor->SelectActor(Component->GetOwner(), true);
 		}
-		Scene.Positions.emplace(Component, WorldPositions(Component));
+		Scene.Positions.emplace(Component, WorldPoints(Component));
 		Scene.Worlds.emplace(Component, Component->GetComponentTransform());
 	}
 	for (int32 Answer = 0; Answer < 16; ++Answer)
@@ -85,7 +162,7 @@ void FCommandScene::MeasureMerging(const FTarvinOperation& Operation)
 			FTransform Own;
 			Operation.ComputeBake(Items[Index], Own);
 			double& Slack = MergingSlack[Items[Index].Component];
-			for (const FVector& Point : LocalPositions(Items[Index].Mesh))
+			for (const FVector& Point : LocalPoints(Items[Index].Mesh))
 			{
 				Slack = std::max(Slack, (Own.TransformVector(Point) - Group.Bake.TransformVector(Point)).Size());
 			}
@@ -106,7 +183,7 @@ double FCommandScene::Size() const
 	for (const UStaticMeshComponent* Component : AllComponents)
 	{
 		const FVector Origin = Component->GetComponentTransform().GetTranslation();
-		for (const FVector& Point : WorldPositions(Component))
+		for (const FVector& Point : WorldPoints(Component))
 		{
 			Largest = std::max(Largest, (Point - Origin).Size());
 		}
@@ -134,7 +211,7 @@ double FCommandScene::LargestMove() const
 		{
 			continue;
 		}
-		const TArray<FVector> Now = WorldPositions(Component);
+		const TArray<FVector> Now = WorldPoints(Component);
 		const TArray<FVector>& Before = Positions.at(Component);
 		if (Now.Num() != Before.Num())
 		{

@@ -12,12 +12,16 @@
 #include <map>
 #include <vector>
 
+/// The descriptions of all levels of the mesh that have one, and of its HiRes source.
+std::vector<const FMeshDescription*> SourcesOf(const UStaticMesh* Mesh);
+
 /// A random world in which a command is run, and where every vertex of every component was before it.
 class FCommandScene
 {
 public:
-	/// Draws meshes, a forest of components that show them, a selection of actors and the answers to questions. With
-	/// `bEvenScales`, scales are the same along all axes, mirrored or not.
+	/// Draws meshes (boxes and slanted ones, some with a second level or a HiRes source), a forest of components that
+	/// show them, some of which want nearly the same bake as another, a selection of actors and the answers to
+	/// questions. With `bEvenScales`, scales are the same along all axes, mirrored or not.
 	static FCommandScene Draw(UWorld* World, bool bEvenScales = false);
 
 	/// Runs the operation on the selection, answering as drawn.
@@ -38,8 +42,7 @@ public:
 	/// What follows from one bake serving items that differ by the key's tolerance is taken off.
 	double LargestMove() const;
 
-	/// Where the component's vertices were when the scene was drawn.
-	const TArray<FVector>& OldPositions(UStaticMeshComponent* Component) const { return Positions.at(Component); }
+	/// Where the component was in the world when the scene was drawn.
 	const FTransform& OldWorld(UStaticMeshComponent* Component) const { return Worlds.at(Component); }
 	bool WasItem(const UStaticMeshComponent* Component) const;
 

@@ -13,19 +13,21 @@ class GroupingProperty : public FEditorFixture
 
 constexpr double Tolerance = double(1.e-4f);
 
-/// A number at, just below or just above the tolerance, or far from it.
+/// Nothing, more often than not, or a number at, just below or just above the tolerance, or far from it.
 double DrawOffset()
 {
-	return *rc::gen::element(0.0, Tolerance, -Tolerance, std::nextafter(Tolerance, 1.0), std::nextafter(Tolerance, 0.0),
-		0.5 * Tolerance, 2.0 * Tolerance, -1.5 * Tolerance, 0.25);
+	return *rc::gen::weightedOneOf<double>({{2, rc::gen::just(0.0)},
+		{1, rc::gen::element(Tolerance, -Tolerance, std::nextafter(Tolerance, 1.0), std::nextafter(Tolerance, 0.0),
+				0.5 * Tolerance, 2.0 * Tolerance, -1.5 * Tolerance, 0.25)}});
 }
 
 FTransform DrawBake()
 {
-	const double Sign = *rc::gen::arbitrary<bool>() ? 1.0 : -1.0;
-	const FQuat Rotation(Sign * DrawOffset(), Sign * DrawOffset(), 0.0, Sign);
-	const FVector Scale(1.0 + DrawOffset(), 2.0 + DrawOffset(), 3.0);
-	return FTransform(Rotation, FVector(DrawOffset(), 7.0, 0.0), Scale);
+	// About zero the edge of the tolerance is met to the bit; elsewhere as near as numbers stand there.
+	const double W = *rc::gen::element(0.0, 0.0, 1.0) + DrawOffset();
+	const FQuat Rotation(DrawOffset(), DrawOffset(), DrawOffset(), W);
+	const FVector Scale(DrawOffset(), 2.0 + DrawOffset(), DrawOffset());
+	return FTransform(*rc::gen::arbitrary<bool>() ? Rotation : -Rotation, FVector(DrawOffset(), 7.0, 0.0), Scale);
 }
 
 bool AreClose(double A, double B)
