@@ -86,6 +86,112 @@ TEST(OperationRecord, MoveAssignmentExchangesTheCallablesAndCopiesFlagAndText)
 	}
 }
 
+/// What is expected of a record: a number for each callable, 0 for none, then the flag and the text.
+struct FExpectedRecord
+{
+	int32 Bake = 0;
+	int32 Place = 0;
+	int32 Summary = 0;
+	bool bReject = true;
+	FString Text;
+
+	void ExchangeCallables(FExpectedRecord& Other)
+	{
+		std::swap(Bake, Other.Bake);
+		std::swap(Place, Other.Place);
+		std::swap(Summary, Other.Summary);
+	}
+};
+
+/// A record of callables that answer with numbers of their own, each of which may be missing.
+std::pair<FTarvinOperation, FExpectedRecord> DrawRecord(int32 Number)
+{
+	const auto NumberOrNone = [Number](int32 Place) { return *rc::gen::arbitrary<bool>() ? 3 * Number + Place : 0; };
+	const FExpectedRecord Expected{
+		NumberOrNone(1), NumberOrNone(2), NumberOrNone(3), *rc::gen::arbitrary<bool>(), FString::FromInt(Number)};
+	FTarvinOperation Record;
+	if (Expected.Bake != 0)
+	{
+		Record.ComputeBake = [Id = Expected.Bake](const FTarvinItem&, FTransform& OutBake)
+		{
+			OutBake = FTransform(FVector(Id, 0, 0));
+			return true;
+		};
+	}
+	if (Expected.Place != 0)
+	{
+		Record.ComputeNewComponentTransform = [Id = Expected.Place](const FTarvinItem&, const FTransform&)
+		{ return FTransform(FVector(Id, 0, 0)); };
+	}
+	if (Expected.Summary != 0)
+	{
+		Record.FormatSummary = [Id = Expected.Summary](int32) { return FString::FromInt(Id); };
+	}
+	Record.bRejectUnrepresentableParent = Expected.bReject;
+	Record.TransactionText = FText::FromString(Expected.Text);
+	return {Record, Expected};
+}
+
+void ExpectRecord(const FTarvinOperation& Record, const FExpectedRecord& Expected)
+{
+	FTransform Bake;
+	RC_ASSERT(Record.ComputeBake.IsSet() == (Expected.Bake != 0));
+	// In brackets of its own here and below: RC_ASSERT looks at both sides of a bare ||.
+	RC_ASSERT((!Record.ComputeBake || Record.ComputeBake(ItemAt(FTransform()), Bake)));
+	RC_ASSERT(Bake.GetTranslation().X == Expected.Bake);
+	RC_ASSERT(Record.ComputeNewComponentTransform.IsSet() == (Expected.Place != 0));
+	RC_ASSERT((!Record.ComputeNewComponentTransform ||
+			   Record.ComputeNewComponentTransform(ItemAt(FTransform()), Bake).GetTranslation().X == Expected.Place));
+	RC_ASSERT(Record.FormatSummary.IsSet() == (Expected.Summary != 0));
+	RC_ASSERT((!Record.FormatSummary || Record.FormatSummary(1) == FString::FromInt(Expected.Summary)));
+	RC_ASSERT(Record.bRejectUnrepresentableParent == Expected.bReject);
+	RC_ASSERT(Record.TransactionText.ToString() == Expected.Text);
+}
+
+RC_GTEST_PROP(OperationRecord, AnyMixOfCopiesAndMovesLeavesEachWithItsFields, ())
+{
+	constexpr int32 NumRecords = 3;
+	FTarvinOperation Records[NumRecords];
+	FExpectedRecord Expected[NumRecords];
+	const auto Index = rc::gen::inRange(0, NumRecords);
+	const auto Steps = *rc::gen::container<std::vector<std::tuple<int32, int32, int32>>>(
+		rc::gen::tuple(rc::gen::inRange(0, 5), Index, Index));
+	int32 NumDrawn = 0;
+	for (const auto& [Step, A, B] : Steps)
+	{
+		switch (Step)
+		{
+		case 0:
+			std::tie(Records[A], Expected[A]) = DrawRecord(++NumDrawn);
+			break;
+		case 1:
+			Records[A] = Records[B];
+			Expected[A] = Expected[B];
+			break;
+		case 2: // the callables change places, flag and text are copied
+			Records[A] = std::move(Records[B]);
+			Expected[A].ExchangeCallables(Expected[B]);
+			Expected[A].bReject = Expected[B].bReject;
+			Expected[A].Text = Expected[B].Text;
+			break;
+		case 3: // the callables leave the source, flag and text may
+		{
+			const FTarvinOperation Taken(std::move(Records[A]));
+			ExpectRecord(Taken, Expected[A]);
+			RC_ASSERT(IsEmptyRecord(Records[A]));
+			Records[A] = FTarvinOperation(Taken);
+			break;
+		}
+		default:
+			ExpectRecord(FTarvinOperation(Records[A]), Expected[A]);
+		}
+		for (int32 Record = 0; Record < NumRecords; ++Record)
+		{
+			ExpectRecord(Records[Record], Expected[Record]);
+		}
+	}
+}
+
 TEST(BakeTransformOperation, TakesRotationAndScaleExactlyAndLeavesTheLocation)
 {
 	const auto [Bake, Residual] = Split(FTarvinOperation::RotationScaleBake(), Somewhere);

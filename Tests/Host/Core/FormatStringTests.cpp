@@ -165,3 +165,13 @@ RC_GTEST_PROP(Printf, WritesRealsAsCDoes, (double Mantissa, int8 Exponent))
 	RC_ASSERT(FString::Printf(TEXT("%012.4e"), Value) == FormattedByC("%012.4e", Value));
 	RC_ASSERT(FString::Printf(TEXT("%g"), Value) == FormattedByC("%g", Value));
 }
+
+RC_GTEST_PROP(Printf, WritesTheSameNumbersUnderALocaleOfCommas, (double Mantissa, int8 Exponent, int32 Whole))
+{
+	const double Value = std::ldexp(Mantissa, Exponent);
+	const auto Write = [=]
+	{ return FString::Printf(TEXT("%3.3f|%f|%012.4e|%g|%d|%08d"), Value, Value, Value, Value, Whole, Whole); };
+	const FString Before = Write();
+	const FCommaLocale Comma;
+	RC_ASSERT(Write() == Before);
+}

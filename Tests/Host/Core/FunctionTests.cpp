@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "Core/Function.h"
 #include "Core/String.h"
+#include "Support/RapidCheck.h"
 #include "Support/ThrowingAssertions.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
 #include <memory>
+#include <optional>
+#include <tuple>
 
 namespace
 {
@@ -169,6 +172,60 @@ TEST(Function, RefusesWhatItCannotCallOrCopy)
 	static_assert(
 		!std::is_constructible_v<TFunction<int32(int32)>, TFunctionRef<int32(int32)>>, "a reference is not to be kept");
 	EXPECT_EQ(OnlyMoves(), 1);
+}
+
+RC_GTEST_PROP(Function, AnyMixOfCopiesAndMovesLeavesEachWithItsCallable, ())
+{
+	constexpr int32 NumSlots = 3;
+	TFunction<int32()> Functions[NumSlots];
+	std::optional<int32> Values[NumSlots];
+	const auto Slot = rc::gen::inRange(0, NumSlots);
+	const auto Steps = *rc::gen::container<std::vector<std::tuple<int32, int32, int32, bool>>>(
+		rc::gen::tuple(rc::gen::inRange(0, 6), Slot, Slot, rc::gen::arbitrary<bool>()));
+	int32 Next = 0;
+	for (const auto& [Step, A, B, bLarge] : Steps)
+	{
+		switch (Step)
+		{
+		case 0: // a new callable
+			Values[A] = ++Next;
+			Functions[A] = bLarge ? TFunction<int32()>([Large = std::array<int32, 99>{Next}] { return Large[0]; })
+								  : TFunction<int32()>([Next] { return Next; });
+			break;
+		case 1:
+			Functions[A] = Functions[B];
+			Values[A] = Values[B];
+			break;
+		case 2: // move assignment exchanges
+			Functions[A] = std::move(Functions[B]);
+			std::swap(Values[A], Values[B]);
+			break;
+		case 3: // move construction empties
+		{
+			const TFunction<int32()> Taken(std::move(Functions[A]));
+			RC_ASSERT(Taken.IsSet() == Values[A].has_value());
+			// In brackets of its own here and below: RC_ASSERT looks at both sides of a bare ||.
+			RC_ASSERT((!Values[A] || Taken() == *Values[A]));
+			Values[A].reset();
+			break;
+		}
+		case 4: // a copy, which takes nothing away
+		{
+			const TFunction<int32()> Copy(Functions[A]);
+			RC_ASSERT(Copy.IsSet() == Values[A].has_value());
+			RC_ASSERT((!Values[A] || Copy() == *Values[A]));
+			break;
+		}
+		default:
+			Functions[A].Reset();
+			Values[A].reset();
+		}
+		for (int32 Index = 0; Index < NumSlots; ++Index)
+		{
+			RC_ASSERT(Functions[Index].IsSet() == Values[Index].has_value());
+			RC_ASSERT((!Values[Index] || Functions[Index]() == *Values[Index]));
+		}
+	}
 }
 
 TEST(FunctionRef, RefersWithoutCopying)

@@ -274,3 +274,12 @@ RC_GTEST_FIXTURE_PROP(TextNumber, GroupsHoldTheDigitsOfTheNumber, (int64 Value))
 	const FString Digits = FText::AsNumber(Value).ToString().Replace(TEXT(","), TEXT(""));
 	RC_ASSERT(Digits == FString::Printf(TEXT("%lld"), Value));
 }
+
+RC_GTEST_FIXTURE_PROP(TextFormat, GivesTheSameUnderALocaleOfCommas, (double Real, int64 Whole))
+{
+	const auto Write = [=]
+	{ return FText::Format(Literal(TEXT("{1}: {0}, {1}")), FText::AsNumber(Real), FText::AsNumber(Whole)).ToString(); };
+	const FString Before = Write();
+	const FCommaLocale Comma;
+	RC_ASSERT(Write() == Before);
+}
