@@ -277,6 +277,18 @@ TEST_F(Executing, UntickedAnswerHoldsForItsAssetOnly)
 	EXPECT_FALSE(IsBaked(Second));
 }
 
+TEST_F(Executing, WithoutAnEditorWorldNobodyElseIsKnownToUseTheAsset)
+{
+	UStaticMeshComponent* const Component = PlaceSelectedShared(TEXT("Rock"));
+	UWorld* const Level = World();
+	GEditor->GetEditorWorldContext().SetCurrentWorld(nullptr);
+	BakeSelection();
+	GEditor->GetEditorWorldContext().SetCurrentWorld(Level);
+	EXPECT_EQ(NumQuestions(), 0);
+	ExpectMessage("Baked 1 mesh(es)");
+	EXPECT_TRUE(IsBaked(Component));
+}
+
 TEST_F(Executing, NextCommandAsksAgain)
 {
 	PlaceSelectedShared(TEXT("Rock"));

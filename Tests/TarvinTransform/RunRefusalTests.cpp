@@ -236,6 +236,26 @@ TEST_F(RunRefusals, MeshThatIsDeletedDuringTheRunCountsAsNotBakedWithoutAQuestio
 	EXPECT_EQ(Questions, (std::vector<FQuestion>{{Rock, 1, true}}));
 }
 
+TEST_F(RunRefusals, MeshInTwoShapesThatIsDeletedDuringTheRunIsAskedAboutAndHasNoDuplicate)
+{
+	UStaticMesh* const Rock = MakeMesh(TEXT("Rock"));
+	UStaticMesh* const Doomed = MakeMesh(TEXT("Doomed"));
+	PlaceSelected(Rock, Tenfold);
+	Place(Rock);
+	PlaceSelected(Doomed, Tenfold);
+	PlaceSelected(Doomed, FTransform(FVector(1, 2, 3)));
+	const FTarvinRunResult Result = Run(
+		[Doomed](const FQuestion&)
+		{
+			Doomed->MarkAsGarbage();
+			return EChoice::Duplicate;
+		});
+	EXPECT_EQ(Counts(Result), (FCounts{1, 1, 1, 2}));
+	EXPECT_EQ(Questions, (std::vector<FQuestion>{{Rock, 1, true}, {nullptr, 0, false}, {nullptr, 0, false}}));
+	EXPECT_EQ(ActionLines(), (FLines{"Warning: None: duplicate could not be created -- skipped",
+								 "Warning: None: duplicate could not be created -- skipped"}));
+}
+
 TEST_F(RunRefusals, ChildThatWasDeletedIsNotPutBack)
 {
 	UStaticMeshComponent* const Parent = PlaceSelected(MakeMesh(TEXT("Rock")), Tenfold);

@@ -159,6 +159,59 @@ TEST_F(Running, AssetInTwoShapesIsAskedAboutForEachOfThemAndInPlaceIsRuledOut)
 	EXPECT_TRUE(MeshOf(Turned)->GetName().StartsWith(TEXT("Rock_Baked_")));
 }
 
+TEST_F(Running, AssetInTwoShapesIsBakedInPlaceForBothIfThatIsTheAnswer)
+{
+	for (const int Value : {1, 7})
+	{
+		GEditor->SelectNone();
+		UStaticMesh* const Rock = MakeMesh(*FString::Printf(TEXT("Rock%d"), Value));
+		UStaticMeshComponent* const Big = PlaceSelected(Rock, Tenfold);
+		UStaticMeshComponent* const Turned = PlaceSelected(Rock, Tilted);
+		const TArray<FVector> Before = LocalPositions(Rock);
+		EXPECT_EQ(Counts(Run(static_cast<EChoice>(Value))), (FCounts{2, 2, 0, 0}));
+		const FTransform First(FQuat::Identity, FVector(), Tenfold.GetScale3D());
+		const FTransform Second(Tilted.GetRotation(), FVector(), Tilted.GetScale3D());
+		EXPECT_TRUE(Near(LocalPositions(Rock), Transformed(Transformed(Before, First), Second), 1.e-3))
+			<< "one bake after the other: what may be answered is for whoever asks to offer";
+		EXPECT_EQ(MeshOf(Big), Rock);
+		EXPECT_EQ(MeshOf(Turned), Rock);
+		EXPECT_EQ(Big->GetComponentTransform(), At(FVector(500, -200, 30)));
+		EXPECT_EQ(Turned->GetComponentTransform(), At(FVector(500, -200, 30)));
+	}
+}
+
+TEST_F(Running, QuestionsAreAskedInsideTheTransactionBeforeAnythingIsRecorded)
+{
+	UStaticMesh* const Rock = MakeMesh(TEXT("Rock"));
+	UStaticMeshComponent* const Selected = PlaceSelected(Rock, Tenfold);
+	Place(Rock);
+	Rock->GetOutermost()->SetDirtyFlag(false);
+	const FWorldState Before = State();
+	const FTarvinRunResult Result = Run(
+		[&](const FQuestion&)
+		{
+			EXPECT_TRUE(Transactions().IsActive());
+			EXPECT_TRUE(IsSameState(Before, State()));
+			EXPECT_FALSE(Rock->GetOutermost()->IsDirty());
+			return EChoice::ApplyToAll;
+		});
+	EXPECT_EQ(Counts(Result), (FCounts{1, 1, 0, 0}));
+	EXPECT_FALSE(Transactions().IsActive());
+	EXPECT_EQ(Selected->GetComponentTransform(), At(FVector(500, -200, 30)));
+}
+
+TEST_F(Running, WithoutAWorldNobodyElseIsKnownToUseTheAsset)
+{
+	UStaticMesh* const Rock = MakeMesh(TEXT("Rock"));
+	PlaceSelected(Rock, Tenfold);
+	Place(Rock);
+	FTarvinRunResult Skips;
+	const FTarvinOperation Operation = FTarvinOperation::RotationScaleBake();
+	const FTarvinRunResult Result = FTarvinSelectionAction::Run(
+		FTarvinSelectionAction::GatherFromSelection(Skips, Operation), nullptr, FTarvinOnSharedAsset(), Operation);
+	EXPECT_EQ(Counts(Result), (FCounts{1, 1, 0, 0}));
+}
+
 TEST_F(Running, EachAssetIsAskedAboutInTheOrderOfTheGroupsAlsoAfterACancel)
 {
 	UStaticMesh* const Meshes[] = {MakeMesh(TEXT("A")), MakeMesh(TEXT("B")), MakeMesh(TEXT("C"))};
