@@ -8,19 +8,34 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 
 namespace
 {
+/// Unit length, however long or short the vector is; zero for one that points nowhere: of no length, or no number.
+FVector Direction(const FVector& Vector)
+{
+	if (Vector.ContainsNaN() || Vector == FVector::ZeroVector)
+	{
+		return FVector::ZeroVector;
+	}
+	const FVector Scaled = Vector / Vector.GetAbsMax();
+	return Scaled / Scaled.Size();
+}
+
 /// A normal as it stands in the world: by the inverse transpose, on the side on which the mirrored triangle shows its
 /// face.
 FVector WorldNormal(const FVector3f& Normal, const FMatrix& InverseTransposed)
 {
-	return InverseTransposed.TransformVector(FVector(Normal)).GetSafeNormal();
+	return Direction(InverseTransposed.TransformVector(Direction(FVector(Normal))));
 }
 
+/// One that points nowhere is as far from all others as can be.
 double AngleBetween(const FVector& A, const FVector& B)
 {
-	return std::atan2((A ^ B).Size(), A | B);
+	const bool bBoth = A != FVector::ZeroVector && B != FVector::ZeroVector;
+	const bool bNone = A == FVector::ZeroVector && B == FVector::ZeroVector;
+	return bBoth ? std::atan2((A ^ B).Size(), A | B) : bNone ? 0.0 : std::numbers::pi;
 }
 
 /// A triangle in the world: a normal on the side that viewers show, of twice the area's length, and the longest edge.
@@ -101,8 +116,7 @@ private:
 	{
 		FMatrix InverseA;
 		FMatrix InverseB;
-		if (!A.HasAttributes(EVertexInstanceAttributes::Normals) ||
-			!B.HasAttributes(EVertexInstanceAttributes::Normals) || !WorldA.TryInverse(InverseA) ||
+		if (!A.HasAttributes(EVertexInstanceAttributes::Normals) || !WorldA.TryInverse(InverseA) ||
 			!WorldB.TryInverse(InverseB))
 		{
 			return;
@@ -114,8 +128,7 @@ private:
 			const std::size_t Slot = std::size_t(Instance.GetValue());
 			const FVector NormalA = WorldNormal(A.GetNormals()[Slot], InverseA);
 			const FVector NormalB = WorldNormal(B.GetNormals()[Slot], InverseB);
-			const double Angle = AngleBetween(NormalA, NormalB);
-			Node.Normal = std::isnan(Angle) ? Node.Normal : std::max(Node.Normal, Angle);
+			Node.Normal = std::max(Node.Normal, AngleBetween(NormalA, NormalB));
 		}
 	}
 
@@ -155,6 +168,11 @@ std::string FindDifference(const FMeshDescription& A, const FMeshDescription& B)
 	if (A.GetTriangleCorners().size() != B.GetTriangleCorners().size())
 	{
 		return CountsDiffer(A.GetTriangleCorners().size(), B.GetTriangleCorners().size(), "triangles");
+	}
+	const bool bNormalsInA = A.HasAttributes(EVertexInstanceAttributes::Normals);
+	if (bNormalsInA != B.HasAttributes(EVertexInstanceAttributes::Normals))
+	{
+		return bNormalsInA ? "has normals in the first scene only" : "has normals in the second scene only";
 	}
 	return {};
 }

@@ -13,7 +13,7 @@ struct FNodeDeviation
 	FGltfIndex Node = NoIndex;
 	std::string Name;
 	double Position = 0.0;        ///< the largest distance between corresponding vertices
-	double Normal = 0.0;          ///< the largest angle between corresponding normals, in radians
+	double Normal = 0.0;          ///< the largest angle between corresponding normals, in radians; pi if one has none
 	std::uint64_t NumFlipped = 0; ///< triangles that show their other side
 	bool bUnreadable = false;     ///< neither scene's geometry can be decoded: there is no picture to compare
 	std::string
@@ -52,11 +52,14 @@ struct FSceneDeviation
 	/// Sums the nodes up; the scene's size stays.
 	void SumUp();
 
-	/// True when nothing that can be seen differs: positions within `Tolerance` of the size, no flipped triangle, all
-	/// nodes comparable.
+	/// Radians by which a normal may be off: a few units in the last place of what normals are stored in.
+	static constexpr double NormalTolerance = 1e-5;
+
+	/// True when nothing that can be seen differs: positions within `Tolerance` of the size, normals within
+	/// `NormalTolerance`, no flipped triangle, all nodes comparable.
 	bool IsSame(double Tolerance) const
 	{
-		return NumDifferent == 0 && NumFlipped == 0 && !(RelativePosition() > Tolerance);
+		return NumDifferent == 0 && NumFlipped == 0 && !(RelativePosition() > Tolerance) && Normal <= NormalTolerance;
 	}
 };
 

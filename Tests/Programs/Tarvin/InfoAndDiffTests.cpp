@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "TarvinProcess.h"
 
+#include "Host/SceneIO/SceneText.h"
+
 #include <gmock/gmock.h>
+
+#include <limits>
 
 using testing::HasSubstr;
 
@@ -13,6 +17,28 @@ class InfoCommand : public FYardFixture
 
 class DiffCommand : public FYardFixture
 {
+protected:
+	/// Writes a scene of one triangle under an uneven scale, with these normals if there are any.
+	void WriteTriangle(const char* Name, const std::vector<float>& Normals) const
+	{
+		FSceneText Scene;
+		std::string Attributes = "\"POSITION\":" + std::to_string(Scene.AddVec3({0, 0, 0, 2, 0, 0, 0, 3, 5}));
+		if (!Normals.empty())
+		{
+			Attributes += ",\"NORMAL\":" + std::to_string(Scene.AddVec3(Normals));
+		}
+		Scene.AddMesh(Attributes);
+		Scene.AddNode(R"("name":"A","mesh":0,"scale":[20000,-30000,50000])");
+		WriteAll(Path(Name), Scene.Text(""));
+	}
+
+	/// The exit code for a triangle with these normals beside one whose normals look along Z.
+	FTarvinRun CompareWithUpright(const std::vector<float>& Normals) const
+	{
+		WriteTriangle("upright.gltf", {0, 0, 1, 0, 0, 1, 0, 0, 1});
+		WriteTriangle("other.gltf", Normals);
+		return RunTarvin({"diff", Path("upright.gltf"), Path("other.gltf")});
+	}
 };
 } // namespace
 
@@ -59,6 +85,30 @@ TEST_F(DiffCommand, FindsTurnedTriangles)
 	const FTarvinRun Run = RunTarvin({"diff", Yard(), Path("unmirrored.gltf")});
 	EXPECT_EQ(Run.ExitCode, 5);
 	EXPECT_THAT(Run.Output, testing::Not(HasSubstr(" 0 triangle(s) turned over")));
+}
+
+TEST_F(DiffCommand, FindsTurnedNormals)
+{
+	EXPECT_EQ(CompareWithUpright({0, 0, 1, 0, 0, 1, 0, 0.6f, 0.8f}).ExitCode, 5);
+	EXPECT_EQ(CompareWithUpright({0, 0, 1, 0, 0, 1, 0, 0, -1}).ExitCode, 5);
+	EXPECT_EQ(CompareWithUpright({0, 0, 1, 0, 0, 1, 0, 0.001f, 1}).ExitCode, 5);
+	EXPECT_EQ(CompareWithUpright({0, 0, 1, 0, 0, 1, 0, 0, 1}).ExitCode, 0);
+	EXPECT_EQ(CompareWithUpright({0, 0, 1, 0, 0, 1, 0, 0, 1e-5f}).ExitCode, 0) << "its length says nothing";
+}
+
+TEST_F(DiffCommand, FindsNormalsThatPointNowhereOrAreLost)
+{
+	const float NaN = std::numeric_limits<float>::quiet_NaN();
+	EXPECT_EQ(CompareWithUpright({0, 0, 1, 0, 0, 1, 0, 0, 0}).ExitCode, 5);
+	EXPECT_EQ(CompareWithUpright({0, 0, 1, 0, 0, 1, NaN, 0, 1}).ExitCode, 5);
+	const FTarvinRun Lost = CompareWithUpright({});
+	EXPECT_EQ(Lost.ExitCode, 5);
+	EXPECT_THAT(Lost.Output, HasSubstr("node 0 'A' has normals in the first scene only"));
+	EXPECT_THAT(RunTarvin({"diff", Path("other.gltf"), Path("upright.gltf")}).Output,
+		HasSubstr("node 0 'A' has normals in the second scene only"));
+
+	WriteTriangle("dirty.gltf", {0, 0, 1, 0, 0, 0, NaN, 0, 1});
+	EXPECT_EQ(RunTarvin({"diff", Path("dirty.gltf"), Path("dirty.gltf")}).ExitCode, 0) << "nowhere in both";
 }
 
 TEST_F(DiffCommand, FindsNothingBetweenAFileAndItself)
