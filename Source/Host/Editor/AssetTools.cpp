@@ -23,7 +23,8 @@ public:
 		{
 			// Goes on from the number found last, so that the thousandth copy does not try those of all earlier ones.
 			int32& Number = NextNumber[FName(Base)];
-			Number = Number < 2 ? 2 : Number;
+			// From the start again once the names before it are free, as after another scene was opened.
+			Number = Number > 2 && FindPackage(Numbered(Base, Number - 1)) ? Number : 2;
 			OutPackageName = Numbered(Base, Number);
 			while (FindPackage(OutPackageName))
 			{

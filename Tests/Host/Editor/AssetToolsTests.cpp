@@ -68,6 +68,23 @@ TEST_F(FAssetTools, GiveTenThousandNamesThatAllDiffer)
 	}
 }
 
+TEST_F(FAssetTools, NumberFromTwoOnAgainOnceTheAssetsAreGone)
+{
+	for (int32 Round = 0; Round < 2; ++Round)
+	{
+		MakeUnevenMesh(TEXT("/Scene/Gone/Rock"));
+		for (const TCHAR* Name : {TEXT("Rock_2"), TEXT("Rock_3"), TEXT("Rock_4")})
+		{
+			const FNames Names = Unique(TEXT("/Scene/Gone/Rock"));
+			EXPECT_EQ(Names.Asset, Name);
+			MakeUnevenMesh(Names.Package);
+		}
+		DestroyEditorAndAssets();
+		ASSERT_EQ(FindPackage(TEXT("/Scene/Gone/Rock")), nullptr);
+		UEditorEngine::Create();
+	}
+}
+
 TEST_F(FAssetTools, DuplicateAnAssetIntoADirtyPackageOfItsOwn)
 {
 	UStaticMesh* const Rock = MakeUnevenMesh(TEXT("/Scene/Duplicates/Rock"));
