@@ -96,7 +96,7 @@ FBakeBatch FBakePlanner::Next(
 	{
 		for (const auto& [Asset, Nodes] : NodesOfAsset)
 		{
-			const std::string Objection = InPlaceObjection(Asset, Batch.Nodes, bWanted);
+			const std::string Objection = InPlaceObjection(Asset, Batch.Nodes, Verdicts, bWanted);
 			for (const FGltfIndex Node : Objection.empty() ? std::vector<FGltfIndex>() : Nodes)
 			{
 				Batch.Refused[Node] = Objection;
@@ -107,8 +107,19 @@ FBakeBatch FBakePlanner::Next(
 	return Batch;
 }
 
-std::string FBakePlanner::InPlaceObjection(
-	UStaticMesh* Asset, const std::vector<FGltfIndex>& Batch, const std::vector<bool>& bWanted) const
+std::string FBakePlanner::ReasonNotToFollow(FGltfIndex Node, const FSceneVerdict& Verdict) const
+{
+	if (!SceneJudge.StaticReason(Node).empty())
+	{
+		return SceneJudge.StaticReason(Node);
+	}
+	const bool bNothing = Verdict.Kind == FSceneVerdict::EKind::NothingToBake;
+	const std::string Otherwise = bNothing ? "it has nothing to bake" : "it is not baked in the same step";
+	return Verdict.Reason.empty() ? Otherwise : Verdict.Reason;
+}
+
+std::string FBakePlanner::InPlaceObjection(UStaticMesh* Asset, const std::vector<FGltfIndex>& Batch,
+	const std::vector<FSceneVerdict>& Verdicts, const std::vector<bool>& bWanted) const
 {
 	for (FGltfIndex Node = 0; Node < Scene.NumNodes(); ++Node)
 	{
@@ -117,12 +128,11 @@ std::string FBakePlanner::InPlaceObjection(
 			continue;
 		}
 		// Someone who was not asked for, but could have been, changes along: that is what "in place" means.
-		const std::string& Reason = SceneJudge.StaticReason(Node);
-		if (bWanted[std::size_t(Node)] || !Reason.empty())
+		if (bWanted[std::size_t(Node)] || !SceneJudge.StaticReason(Node).empty())
 		{
-			const std::string Why = Reason.empty() ? "" : " (" + Reason + ")";
 			return "baking '" + Asset->GetName().ToUtf8() + "' in place would change '" +
-				   Scene.NodeName(Node).ToUtf8() + "', which cannot follow" + Why;
+				   Scene.NodeName(Node).ToUtf8() + "', which cannot follow (" +
+				   ReasonNotToFollow(Node, Verdicts[std::size_t(Node)]) + ")";
 		}
 	}
 	return {};

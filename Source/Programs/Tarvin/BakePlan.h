@@ -35,8 +35,10 @@ public:
 private:
 	/// What the module would bake into a node's mesh.
 	FTransform BakeOf(FGltfIndex Node) const;
-	std::string InPlaceObjection(
-		UStaticMesh* Asset, const std::vector<FGltfIndex>& Batch, const std::vector<bool>& bWanted) const;
+	/// Why a node that uses an asset cannot be baked along with others.
+	std::string ReasonNotToFollow(FGltfIndex Node, const FSceneVerdict& Verdict) const;
+	std::string InPlaceObjection(UStaticMesh* Asset, const std::vector<FGltfIndex>& Batch,
+		const std::vector<FSceneVerdict>& Verdicts, const std::vector<bool>& bWanted) const;
 
 	const FScene& Scene;
 	const FSceneJudge& SceneJudge;

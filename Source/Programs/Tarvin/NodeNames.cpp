@@ -3,12 +3,18 @@
 
 #include <fnmatch.h>
 
+std::string NodeName(const FGltfDocument& Document, FGltfIndex Node)
+{
+	const std::string& Name = Document.Node(Node).Name;
+	return Name.empty() ? "node " + std::to_string(Node) : Name;
+}
+
 std::string NodePath(const FGltfDocument& Document, FGltfIndex Node)
 {
-	std::string Path = Document.Node(Node).Name;
+	std::string Path = NodeName(Document, Node);
 	for (FGltfIndex Up = Document.Node(Node).Parent; Up != NoIndex; Up = Document.Node(Up).Parent)
 	{
-		Path = Document.Node(Up).Name + "/" + Path;
+		Path = NodeName(Document, Up) + "/" + Path;
 	}
 	return Path;
 }
@@ -24,7 +30,8 @@ FNodeChoice ChooseNodes(const FGltfDocument& Document, const std::vector<std::st
 		bool bMatched = false;
 		for (std::size_t Node = 0; Node < NumNodes; ++Node)
 		{
-			const std::string Name = bPath ? NodePath(Document, FGltfIndex(Node)) : Document.Model().Nodes[Node].Name;
+			const std::string Name =
+				bPath ? NodePath(Document, FGltfIndex(Node)) : NodeName(Document, FGltfIndex(Node));
 			if (fnmatch(Pattern.c_str(), Name.c_str(), 0) == 0)
 			{
 				bMatched = true;

@@ -7,6 +7,9 @@
 #include <string>
 #include <vector>
 
+/// The node's name; "node 7" for one that has none.
+std::string NodeName(const FGltfDocument& Document, FGltfIndex Node);
+
 /// The node's name with those of its parents before it, "Yard/Shed/Door".
 std::string NodePath(const FGltfDocument& Document, FGltfIndex Node);
 

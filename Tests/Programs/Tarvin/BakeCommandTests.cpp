@@ -79,6 +79,22 @@ TEST_F(BakeCommand, WorksOnSelectedNodesOnly)
 	EXPECT_THAT(Run.Output, HasSubstr("2 node(s) baked"));
 }
 
+TEST_F(BakeCommand, CallsNodesWithoutANameByTheirNumber)
+{
+	WriteAll(Path("plain.gltf"),
+		R"({"asset":{"version":"2.0"},"accessors":[{"componentType":5126,"count":3,"type":"VEC3"}],)"
+		R"("meshes":[{"primitives":[{"attributes":{"POSITION":0}}]}],)"
+		R"("nodes":[{"children":[1]},{"mesh":0,"scale":[2,0,2]},{"mesh":0,"scale":[2,2,2]}]})");
+	const FTarvinRun Run = RunTarvin({"bake", Path("plain.gltf"), "--dry-run"});
+	EXPECT_THAT(Run.Output, HasSubstr("left out, its scale in the world is zero: node 0/node 1\n"));
+	EXPECT_THAT(RunTarvin({"info", Path("plain.gltf")}).Output, HasSubstr("  2 'node 2' mesh 0"));
+	for (const char* Pattern : {"node 2", "node [12]", "node 2*"})
+	{
+		EXPECT_THAT(RunTarvin({"bake", Path("plain.gltf"), "--dry-run", "--select", Pattern}).Output,
+			HasSubstr("1 node(s) baked"));
+	}
+}
+
 TEST_F(BakeCommand, TakesEveryPivotPosition)
 {
 	for (const char* Position : {"center", "bottom", "top", "left", "right", "front", "back", "world-origin"})

@@ -90,3 +90,20 @@ TEST_F(SharedQuestion, IsRefusedInPlaceByNameWhereAUserCannotFollow)
 	EXPECT_THAT(Run.Output, HasSubstr("left out, baking 'Picket' in place would change 'Fence', which cannot follow "
 									  "(it is instanced): Lone picket"));
 }
+
+TEST_F(SharedQuestion, TellsWhyAUserCannotFollowInPlace)
+{
+	const auto Refusal = [this](const std::string& Other)
+	{
+		WriteAll(Path("two.gltf"),
+			R"({"asset":{"version":"2.0"},"accessors":[{"componentType":5126,"count":3,"type":"VEC3"}],)"
+			R"("meshes":[{"name":"Rock","primitives":[{"attributes":{"POSITION":0}}]}],)"
+			R"("nodes":[{"name":"A","mesh":0,"scale":[2,2,2]},{"name":"B","mesh":0)" +
+				Other + "}]}");
+		return RunTarvin({"bake", Path("two.gltf"), "--dry-run", "--shared", "in-place"}).Output;
+	};
+	const std::string Head = "left out, baking 'Rock' in place would change 'B', which cannot follow ";
+	EXPECT_THAT(Refusal(""), HasSubstr(Head + "(it has nothing to bake): A"));
+	EXPECT_THAT(Refusal(R"(,"scale":[0,2,2])"), HasSubstr(Head + "(its scale in the world is zero): A"));
+	EXPECT_THAT(Refusal(R"(,"scale":[2,2.00005,2])"), HasSubstr(Head + "(it is not baked in the same step): A"));
+}
