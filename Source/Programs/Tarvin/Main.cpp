@@ -4,6 +4,7 @@
 #include "CommandCompletions.h"
 #include "CommandDocuments.h"
 #include "Commands.h"
+#include "SceneIO/PrintableText.h"
 
 #include <csignal>
 #include <map>
@@ -92,6 +93,14 @@ void AddBakeOptions(CLI::App& Command, FWords& Words)
 	Command.add_option("--jobs", Words.Bake.Jobs, "How many scenes to work on at a time")->check(CLI::Range(1, 256));
 }
 
+/// The line for words that make no command.
+std::string UsageError(const CLI::App* App, const CLI::Error& Error)
+{
+	const std::vector<CLI::App*> Commands = App->get_subcommands();
+	return "tarvin: " + PrintableText(Error.what(), 2000) + "; see `tarvin " +
+		   (Commands.empty() ? "" : Commands[0]->get_name() + " ") + "--help`.\n";
+}
+
 /// Says what CLI11 cannot check by itself; empty when all is well.
 std::string FindConflict(const FBakeOptions& Options, const std::string& Shared)
 {
@@ -137,6 +146,7 @@ int main(int ArgumentCount, char** Arguments)
 		"Bakes rotation, scale and pivots of placed nodes into the meshes of glTF 2.0 scenes, so that nothing moves.",
 		"tarvin");
 	App.require_subcommand(0, 1);
+	App.failure_message(UsageError);
 	App.set_version_flag("--version", "tarvin " TARVIN_VERSION);
 	App.footer("Exit codes: 0 done; 1 done, but something was left unbaked; 2 usage; 3 input unreadable;\n"
 			   "4 output unwritable; 5 --verify or diff found a deviation.\n"

@@ -21,13 +21,21 @@ void ExpectOneLine(const std::string& Errors)
 
 TEST_F(ExitCode, IsTwoForWrongUsage)
 {
-	EXPECT_EQ(RunTarvin({}).ExitCode, 2);
-	EXPECT_EQ(RunTarvin({"burn", Yard()}).ExitCode, 2);
-	EXPECT_EQ(RunTarvin({"bake"}).ExitCode, 2);
-	EXPECT_EQ(RunTarvin({"bake", Yard(), "--shared", "maybe"}).ExitCode, 2);
-	EXPECT_EQ(RunTarvin({"bake", Yard(), "--all", "--select", "Crate"}).ExitCode, 2);
-	EXPECT_EQ(RunTarvin({"pivot", "sideways", Yard()}).ExitCode, 2);
-	EXPECT_EQ(RunTarvin({"diff", Yard()}).ExitCode, 2);
+	const FTarvinRun Nothing = RunTarvin({});
+	EXPECT_EQ(Nothing.ExitCode, 2);
+	EXPECT_THAT(Nothing.Errors, HasSubstr("Usage: tarvin"));
+	const std::vector<std::string> Wrong[] = {{"burn", Yard()}, {"bake"}, {"bake", Yard(), "--shared", "maybe"},
+		{"bake", Yard(), "--all", "--select", "Crate"}, {"bake", Yard(), "--jobs", "0"}, {"bake", Yard(), "--select"},
+		{"bake", Yard(), "--colour"}, {"pivot", "sideways", Yard()}, {"pivot", Yard()}, {"diff", Yard()}, {"info"}};
+	for (const std::vector<std::string>& Words : Wrong)
+	{
+		const FTarvinRun Run = RunTarvin(Words);
+		EXPECT_EQ(Run.ExitCode, 2);
+		EXPECT_EQ(Run.Output, "");
+		ExpectOneLine(Run.Errors);
+	}
+	EXPECT_EQ(RunTarvin({"bake"}).Errors, "tarvin: IN is required; see `tarvin bake --help`.\n");
+	EXPECT_THAT(RunTarvin({"b\x1b[31m\nx"}).Errors, HasSubstr("b\\x1B[31m\\x0Ax; see `tarvin --help`."));
 }
 
 TEST_F(ExitCode, IsTwoForOneOutputOfSeveralInputs)
