@@ -247,8 +247,9 @@ void FScene::PlaceNode(const FGltfNode& Node, FSceneNode& Entry)
 		return;
 	}
 	const FQuat Rotation = SceneSpace::RotationToHost(Node.Rotation);
-	// Viewers turn by the quaternion as it is written; one that is off by rounding turns as its direction does.
-	Entry.bUnitRotation = std::abs(std::sqrt(Rotation.SizeSquared()) - 1.0) <= 1e-3;
+	// Viewers turn by the quaternion as it is written; one that is off by rounding turns as its direction does. What it
+	// is off by, places are off by twice as a share of their size.
+	Entry.bUnitRotation = std::abs(std::sqrt(Rotation.SizeSquared()) - 1.0) <= 5e-7;
 	Entry.LoadedRelative = FTransform(
 		Rotation.GetNormalized(), SceneSpace::PointToHost(Node.Translation), SceneSpace::ScaleToHost(Node.Scale));
 	Entry.TrueLocal = Entry.LoadedRelative.ToMatrixWithScale();

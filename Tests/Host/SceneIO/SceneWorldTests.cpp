@@ -191,6 +191,8 @@ TEST_F(SceneWorld, LeavesOutNodesWhosePictureABakeWouldChange)
 		{R"("nodes":[{"mesh":0,"scale":[2,0,2]}])", "its scale in the world is zero"},
 		{R"("nodes":[{"mesh":0,"scale":[2,-3e15,2]}])", "its place or scale is too large"},
 		{R"("nodes":[{"mesh":0,"scale":[2,2,2],"rotation":[0,0,0,2]}])", "its rotation is not a unit quaternion"},
+		{R"("nodes":[{"mesh":0,"scale":[2,2,2],"rotation":[0,0.6,0,0.80001]}])",
+			"its rotation is not a unit quaternion"},
 		{R"("nodes":[{"mesh":0,"matrix":[1,0,0,0,1,1,0,0,0,0,1,0,0,0,0,1]}])", "its world transform has shear"},
 		{R"("nodes":[{"mesh":0,"scale":[2,1,1],"children":[1]},{"name":"Leaf","rotation":[0,0,0.3826834323650898,0.9238795325112867]}])",
 			"its child 'Leaf' would be sheared"},
@@ -200,5 +202,15 @@ TEST_F(SceneWorld, LeavesOutNodesWhosePictureABakeWouldChange)
 		const std::unique_ptr<FScene> Scene = Load(OneMesh + Nodes);
 		ASSERT_TRUE(Scene) << Nodes;
 		EXPECT_EQ(ReasonOf(*Scene, 0), Reason);
+	}
+}
+
+TEST_F(SceneWorld, TakesRotationsThatAreOffByRounding)
+{
+	for (const char* Rotation : {"[0,0.707107,0,0.707107]", "[0,0.70710677,0,0.70710677]", "[0.6000001,0,0,0.8]"})
+	{
+		const std::unique_ptr<FScene> Scene =
+			Load(OneMesh + R"("nodes":[{"mesh":0,"scale":[2,2,2],"rotation":)" + Rotation + "}]");
+		EXPECT_EQ(ReasonOf(*Scene, 0), "");
 	}
 }
