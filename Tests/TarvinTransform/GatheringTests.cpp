@@ -6,6 +6,8 @@
 
 #include <gmock/gmock.h>
 
+#include <cmath>
+
 namespace
 {
 using testing::ElementsAre;
@@ -237,11 +239,17 @@ TEST_F(ParentTest, MirroredUniformScaleIsUniform)
 
 TEST_F(ParentTest, ScaleIsUniformWhileYAndZDifferFromXByAThousandthAtMost)
 {
-	EXPECT_FALSE(IsUnrepresentableUnder(Turned45, FVector(2, 2.0009, 1.9991)));
+	EXPECT_FALSE(IsUnrepresentableUnder(Turned45, FVector(2, 2.0009, 2)));
 	EXPECT_TRUE(IsUnrepresentableUnder(Turned45, FVector(2, 2.0011, 2)));
 	EXPECT_TRUE(IsUnrepresentableUnder(Turned45, FVector(2, 2, 1.9989)));
-	// 0.001 itself: 1.001 - 1 is a little less in binary.
+	// 0.001 itself: 1.001 - 1 is a little less in binary; from zero no bit is lost.
 	EXPECT_FALSE(IsUnrepresentableUnder(Turned45, FVector(1, 1.001, 1)));
+	const double Above = std::nextafter(0.001, 1.0);
+	EXPECT_FALSE(IsUnrepresentableUnder(Turned45, FVector(0, 0.001, -0.001)));
+	EXPECT_TRUE(IsUnrepresentableUnder(Turned45, FVector(0, Above, 0)));
+	EXPECT_TRUE(IsUnrepresentableUnder(Turned45, FVector(0, 0, Above)));
+	// Each is compared with X: Y and Z may be twice as far apart.
+	EXPECT_FALSE(IsUnrepresentableUnder(Turned45, FVector(2, 2.0009, 1.9991)));
 }
 
 TEST_F(ParentTest, RotationWithinTheToleranceOfTheIdentityOrItsNegationIsNone)

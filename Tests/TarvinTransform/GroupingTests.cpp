@@ -172,6 +172,15 @@ TEST_F(Grouping, ItemWithoutAMeshOrABakeIsInNoGroupAndMakesNoConflict)
 	EXPECT_THAT(Groups[1].ItemIndices, ElementsAre(3));
 }
 
+TEST_F(Grouping, ItemWhoseMeshWasDeletedIsInNoGroupEvenBeforeItIsCollected)
+{
+	Add(A, FVector(2, 2, 2));
+	Add(A, FVector(3, 3, 3));
+	A->MarkAsGarbage();
+	ASSERT_EQ(Items[0].Mesh.Get(), A);
+	EXPECT_EQ(FTarvinGrouping::Build(Items).Num(), 0);
+}
+
 TEST_F(Grouping, ItemWhoseMeshWasDeletedOrCollectedIsInNoGroup)
 {
 	Add(A, FVector(2, 2, 2));

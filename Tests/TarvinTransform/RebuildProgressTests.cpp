@@ -6,6 +6,8 @@
 #include "Engine/SlowTask.h"
 #include "TarvinTransformOp.h"
 
+#include <utility>
+
 namespace
 {
 using FLines = std::vector<std::string>;
@@ -45,6 +47,12 @@ protected:
 		GWarn->Clock = [SecondsPerLook, Now = 0.0]() mutable { return Now += SecondsPerLook; };
 	}
 
+	/// Makes everything after the first look at the clock happen this much later.
+	static void LetTheRestBeLater(double Seconds)
+	{
+		GWarn->Clock = [Now = 100.0, Seconds]() mutable { return std::exchange(Now, 100.0 + Seconds); };
+	}
+
 	static bool Bake(bool bRebuild = true)
 	{
 		FTarvinTransformStats Stats;
@@ -75,6 +83,33 @@ TEST_F(RebuildProgress, ShorterBuildIsNotShown)
 	EXPECT_TRUE(Display.Shown.empty());
 	EXPECT_EQ(GWarn->GetNumTasksOpened(), TasksBefore + 1);
 	EXPECT_TRUE(GWarn->GetTasks().empty());
+}
+
+TEST_F(RebuildProgress, HalfASecondIsWhereTheShowingBegins)
+{
+	LetTheRestBeLater(0.49);
+	EXPECT_TRUE(Bake());
+	EXPECT_TRUE(Display.Shown.empty());
+	LetTheRestBeLater(0.51);
+	EXPECT_TRUE(Bake());
+	EXPECT_EQ(Display.Shown.size(), 1u);
+}
+
+TEST_F(RebuildProgress, WorkInsideTheBuildFillsTheWholeTask)
+{
+	double Fraction = -1.0;
+	const FDelegateHandle Handle = UStaticMesh::OnMeshEdited().AddLambda(
+		[&Fraction](UStaticMesh*)
+		{
+			FSlowTask Inner(4.0f, FText());
+			Inner.Initialize();
+			Inner.EnterProgressFrame(1.0f);
+			Inner.EnterProgressFrame(3.0f);
+			Fraction = GWarn->GetTasks().front()->GetFraction();
+		});
+	EXPECT_TRUE(Bake());
+	UStaticMesh::OnMeshEdited().Remove(Handle);
+	EXPECT_EQ(Fraction, 0.25);
 }
 
 TEST_F(RebuildProgress, WithoutARebuildNothingIsShownHoweverLongItTakes)

@@ -169,6 +169,23 @@ TEST_F(RunRefusals, NothingBakedLeavesTheUndoBufferAsItWasAndWhatCanBeRedone)
 	EXPECT_TRUE(Transactions().Redo());
 }
 
+TEST_F(RunRefusals, WhatOthersRecordedMeanwhileGoesWithTheCancelledTransaction)
+{
+	MakeSomethingToRedo();
+	UStaticMesh* const Rock = MakeMesh(TEXT("Rock"));
+	UStaticMeshComponent* const Selected = PlaceSelected(Rock, Tenfold);
+	Place(Rock);
+	const FTarvinRunResult Result = Run(
+		[Selected](const FQuestion&)
+		{
+			EXPECT_TRUE(Selected->Modify());
+			return EChoice::Cancel;
+		});
+	EXPECT_EQ(Counts(Result), (FCounts{0, 0, 0, 1}));
+	EXPECT_EQ(Transactions().GetQueueLength(), 1);
+	EXPECT_TRUE(Transactions().CanRedo());
+}
+
 TEST_F(RunRefusals, SomethingBakedDropsWhatCouldBeRedone)
 {
 	MakeSomethingToRedo();

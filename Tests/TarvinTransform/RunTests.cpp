@@ -6,6 +6,24 @@
 #include "Engine/InstancedStaticMeshComponent.h"
 #include "TarvinTransformOp.h"
 
+#include <gmock/gmock.h>
+
+/// Counts how often it is given a mesh.
+class UWatchfulComponent : public UStaticMeshComponent
+{
+	DECLARE_CLASS(UWatchfulComponent, UStaticMeshComponent)
+
+public:
+	bool SetStaticMesh(UStaticMesh* NewMesh) override
+	{
+		++NumSets;
+		return Super::SetStaticMesh(NewMesh);
+	}
+
+	int32 NumSets = 0;
+};
+DEFINE_CLASS(UWatchfulComponent)
+
 namespace
 {
 using EChoice = ETarvinSharedAssetChoice;
@@ -229,6 +247,27 @@ TEST_F(Running, EachAssetIsAskedAboutInTheOrderOfTheGroupsAlsoAfterACancel)
 	EXPECT_EQ(Selected[2]->GetComponentTransform(), At(FVector(500, -200, 30)));
 }
 
+TEST_F(Running, UsersAreCountedAnewAfterEachQuestion)
+{
+	UStaticMesh* const Meshes[] = {MakeMesh(TEXT("A")), MakeMesh(TEXT("B")), MakeMesh(TEXT("C"))};
+	for (UStaticMesh* Mesh : Meshes)
+	{
+		PlaceSelected(Mesh, Tenfold);
+	}
+	Place(Meshes[0]);
+	UStaticMeshComponent* const Other = Place(Meshes[1]);
+	const FTarvinRunResult Result = Run(
+		[&](const FQuestion&)
+		{
+			World()->DestroyActor(Other->GetOwner());
+			Place(Meshes[2]);
+			Place(Meshes[2]);
+			return EChoice::ApplyToAll;
+		});
+	EXPECT_EQ(Counts(Result), (FCounts{3, 3, 0, 0}));
+	EXPECT_EQ(Questions, (std::vector<FQuestion>{{Meshes[0], 1, true}, {Meshes[2], 2, true}}));
+}
+
 TEST_F(Running, OneBakeServesAllItemsOfAGroup)
 {
 	UStaticMesh* const Rock = MakeMesh(TEXT("Rock"));
@@ -265,6 +304,39 @@ TEST_F(Running, LeavesOneTransactionNamedAfterTheOperation)
 		EXPECT_EQ(Context.Title.ToString(), Titles[Index]);
 		EXPECT_EQ(Context.PrimaryObject.Get(), nullptr);
 	}
+}
+
+TEST_F(Running, AllThatIsChangedIsRecordedAndNothingElse)
+{
+	UStaticMesh* const Rock = MakeMesh(TEXT("Rock"));
+	UStaticMeshComponent* const Baked = PlaceSelected(Rock, Tenfold);
+	USceneComponent* const Child = PlaceFrame(Tilted);
+	Child->AttachToComponent(Baked, EAttachmentRule::KeepWorld);
+	USceneComponent* const Grandchild = PlaceFrame(Tilted);
+	Grandchild->AttachToComponent(Child, EAttachmentRule::KeepWorld);
+	Place(MakeMesh(TEXT("Wall")));
+	Run();
+	EXPECT_THAT(Transactions().GetTransaction(0).GetObjects(),
+		testing::UnorderedElementsAre(Rock, Baked, Baked->GetOwner(), Child, Child->GetOwner()));
+}
+
+TEST_F(Running, MeshIsSetWhereItIsAnotherAndThroughTheComponentsOwnSetter)
+{
+	UStaticMesh* const Rock = MakeMesh(TEXT("Rock"));
+	UStaticMesh* const Stone = MakeMesh(TEXT("Stone"));
+	std::vector<UWatchfulComponent*> Components;
+	for (UStaticMesh* Mesh : {Rock, Stone})
+	{
+		AActor* const Actor = World()->SpawnActor<AActor>();
+		Components.push_back(Actor->AddComponent<UWatchfulComponent>());
+		Components.back()->SetStaticMesh(Mesh);
+		Components.back()->NumSets = 0;
+		GEditor->SelectActor(Actor, true);
+	}
+	Place(Rock);
+	EXPECT_EQ(Counts(Run(EChoice::Duplicate)), (FCounts{2, 2, 1, 0}));
+	EXPECT_EQ(Components[0]->NumSets, 1);
+	EXPECT_EQ(Components[1]->NumSets, 0);
 }
 
 TEST_F(Running, ChangedAssetsAreDirtyAndTheOthersAreNot)

@@ -9,6 +9,7 @@
 #include "Support/ThrowingAssertions.h"
 #include "TarvinTransformOp.h"
 
+#include <cmath>
 #include <limits>
 
 namespace
@@ -98,7 +99,7 @@ TEST_F(BakeRefusals, EachComponentUpToTheSmallestScaleCountsAsZero)
 
 TEST_F(BakeRefusals, ALittleMoreThanTheSmallestScaleIsBaked)
 {
-	for (const double Small : {1.1e-8, -1.1e-8})
+	for (const double Small : {1.1e-8, -1.1e-8, std::nextafter(1.e-8, 1.0)})
 	{
 		UStaticMesh* const Rock = MakeFurnishedMesh(MeshShapes::Wedge());
 		Stats = FTarvinTransformStats();
