@@ -4,10 +4,15 @@
 #include "CoreUObject/GarbageCollector.h"
 #include "CoreUObject/ObjectIterator.h"
 #include "CoreUObject/Package.h"
+#include "Engine/BodySetup.h"
+#include "Engine/StaticMeshSocket.h"
 #include "TarvinSelectionAction.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <map>
 #include <random>
+#include <set>
 
 namespace
 {
@@ -39,6 +44,7 @@ public:
 		{
 			Meshes.push_back(MakeUnevenMesh(FString::Printf(TEXT("/Sequence/Mesh%d"), Mesh)));
 		}
+		Furnish(*Meshes[0]);
 		for (int32 Index = 0; Index < 8; ++Index)
 		{
 			USceneComponent* const Parent = Index > 0 && Draw(2) == 0 ? Components[std::size_t(Draw(Index))] : nullptr;
@@ -91,6 +97,16 @@ private:
 			FVector(Scale, std::abs(Scale), Draw(3) == 0 ? DrawNumber(0.5, 2.0) : std::abs(Scale)));
 	}
 
+	static void Furnish(UStaticMesh& Mesh)
+	{
+		UStaticMeshSocket* const Socket = Mesh.AddSocket(TEXT("Handle"));
+		Socket->RelativeLocation = FVector(1, 2, 3);
+		Socket->RelativeRotation = FRotator(10, 20, 30);
+		FKAggregateGeom& Geometry = Mesh.CreateBodySetup()->AggGeom;
+		Geometry.SphereElems.Add({FVector(1, 2, 3), 4.f});
+		Geometry.BoxElems.Add({FVector(3, 2, 1), FRotator(0, 45, 0), 1.f, 2.f, 3.f});
+	}
+
 	FWorldState State() const { return FWorldState(World, {Meshes[0], Meshes[1], Meshes[2]}); }
 
 	void Push()
@@ -135,25 +151,66 @@ private:
 		const FTarvinOperation Operation = Kind >= 8
 											   ? FTarvinOperation::RotationScaleBake()
 											   : FTarvinOperation::SetPivot(static_cast<ETarvinPivotPosition>(Kind));
+		const std::map<UStaticMeshComponent*, TArray<FVector>> Before = Places();
+		std::set<UStaticMesh*> Shared;
 		FTarvinOnSharedAsset OnSharedAsset;
 		// Copies are answered seldom, so that assets stay shared for most of the sequence.
 		OnSharedAsset.BindLambda(
-			[this](UStaticMesh*, int32, bool bInPlaceAllowed)
+			[this, &Shared](UStaticMesh* Mesh, int32, bool bInPlaceAllowed)
 			{
 				const int32 Answer = Draw(40);
-				return FTarvinSelectionAction::ResolveRememberedChoice(Answer == 0 ? ETarvinSharedAssetChoice::Duplicate
-																	   : Answer < 20 && bInPlaceAllowed
-																		   ? ETarvinSharedAssetChoice::ApplyToAll
-																		   : ETarvinSharedAssetChoice::Cancel,
-					bInPlaceAllowed);
+				if (Answer > 0 && Answer < 20 && bInPlaceAllowed)
+				{
+					Shared.insert(Mesh);
+					return ETarvinSharedAssetChoice::ApplyToAll;
+				}
+				return Answer == 0 ? ETarvinSharedAssetChoice::Duplicate : ETarvinSharedAssetChoice::Cancel;
 			});
 		FTarvinRunResult Skips;
-		const FTarvinRunResult Result = FTarvinSelectionAction::Run(
-			FTarvinSelectionAction::GatherFromSelection(Skips, Operation), World, OnSharedAsset, Operation);
+		const TArray<FTarvinItem> Items = FTarvinSelectionAction::GatherFromSelection(Skips, Operation);
+		const FTarvinRunResult Result = FTarvinSelectionAction::Run(Items, World, OnSharedAsset, Operation);
+		ExpectNothingMoved(Before, Items, Shared);
 		NumDuplicates += Result.Duplicated;
 		if (Result.Baked > 0)
 		{
 			Push();
+		}
+	}
+
+	/// The world places of all vertices.
+	std::map<UStaticMeshComponent*, TArray<FVector>> Places() const
+	{
+		std::map<UStaticMeshComponent*, TArray<FVector>> Result;
+		for (UStaticMeshComponent* Component : Components)
+		{
+			Result.emplace(Component, WorldPositions(Component));
+		}
+		return Result;
+	}
+
+	/// Who was not worked on and uses a mesh that was changed for all may have changed; nobody else.
+	void ExpectNothingMoved(const std::map<UStaticMeshComponent*, TArray<FVector>>& Before,
+		const TArray<FTarvinItem>& Items, const std::set<UStaticMesh*>& Shared)
+	{
+		for (const auto& [Component, Old] : Before)
+		{
+			const bool bItem = std::any_of(Items.begin(), Items.end(),
+				[Mine = Component](const FTarvinItem& Item) { return Item.Component == Mine; });
+			if (!bItem && Shared.contains(Component->GetStaticMesh()))
+			{
+				continue;
+			}
+			const TArray<FVector> Now = WorldPositions(Component);
+			ASSERT_EQ(Now.Num(), Old.Num());
+			double Size = 1.0;
+			double Move = 0.0;
+			for (int32 Vertex = 0; Vertex < Now.Num(); ++Vertex)
+			{
+				const FVector FromOrigin = Now[Vertex] - Component->GetComponentLocation();
+				Size = std::max({Size, Old[Vertex].GetAbsMax(), FromOrigin.GetAbsMax()});
+				Move = std::max(Move, (Now[Vertex] - Old[Vertex]).Size());
+			}
+			ASSERT_LE(Move, 2e-6 * Size);
 		}
 	}
 
@@ -168,7 +225,7 @@ private:
 };
 } // namespace
 
-TEST(CommandSequence, KeepsTheUndoHistoryTrueToTheBitAndLeaksNoObject)
+TEST(CommandSequence, MovesNothingKeepsTheUndoHistoryTrueToTheBitAndLeaksNoObject)
 {
 	constexpr int32 StepsPerWorld = 500;
 	DestroyEditorAndAssets();
