@@ -208,6 +208,17 @@ TEST_F(BakeRefusals, RotationThatIsNotNormalisedIsTheCallersFault)
 	EXPECT_TRUE(Bake(Rock, FTransform(FQuat(0, 0, 0, 1.004)))) << "|1 - q*q| up to a hundredth passes";
 }
 
+TEST_F(BakeRefusals, VerticesThatAreNoNumbersAreToldOfInAllSources)
+{
+	FMeshDescription Shape = MeshShapes::Wedge();
+	Shape.SetVertexPosition(FVertexID(0), FVector3f(1.f, 2.f, -std::numeric_limits<float>::infinity()));
+	UStaticMesh* const Rock = MakeFurnishedMesh(MeshShapes::Wedge());
+	Rock->SetMeshDescription(2, FMeshDescription(Shape));
+	Rock->SetHiResMeshDescription(std::move(Shape));
+	EXPECT_TRUE(Bake(Rock, Scaled(2, 3, 5)));
+	EXPECT_EQ(OpLines(), (FLines{"Warning: Rock: 2 vertex position(s) are not finite -- they stay so"}));
+}
+
 TEST_F(BakeRefusals, VerticesThatAreNoNumbersHarmNoOthers)
 {
 	FMeshDescription Shape = MeshShapes::Wedge();
@@ -220,5 +231,6 @@ TEST_F(BakeRefusals, VerticesThatAreNoNumbersHarmNoOthers)
 	EXPECT_TRUE(Near(LocalPositions(Rock)[2], FVector(-15, 2, 3.75)));
 	EXPECT_TRUE(Near(LocalPositions(Rock)[3], FVector(-3, 4, 55)));
 	EXPECT_FALSE(Near(LocalPositions(Rock)[0], LocalPositions(Rock)[0])) << "no number stays no number";
+	EXPECT_EQ(OpLines(), (FLines{"Warning: Rock: 2 vertex position(s) are not finite -- they stay so"}));
 }
 }

@@ -9,6 +9,7 @@
 #include "TarvinTolerance.h"
 #include "TarvinTransformLog.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace
@@ -78,6 +79,37 @@ bool HasReadableGeometry(const UStaticMesh& Mesh)
 bool IsFinite(const FVector& Vector)
 {
 	return std::isfinite(Vector.X) && std::isfinite(Vector.Y) && std::isfinite(Vector.Z);
+}
+
+int32 CountUnplacedVertices(const FMeshDescription* Description)
+{
+	const auto IsPlaced = [](const FVector3f& Position) { return !Position.ContainsNaN(); };
+	if (!Description || std::ranges::all_of(Description->GetVertexPositions(), IsPlaced))
+	{
+		return 0;
+	}
+	// Slots without a vertex hold anything.
+	int32 Count = 0;
+	for (const FVertexID Vertex : Description->Vertices().GetElementIDs())
+	{
+		Count += IsPlaced(Description->GetVertexPosition(Vertex)) ? 0 : 1;
+	}
+	return Count;
+}
+
+/// Says how many vertices are nowhere: they stay there, and the others are baked.
+void WarnOfUnplacedVertices(const UStaticMesh& Mesh)
+{
+	int32 Count = CountUnplacedVertices(Mesh.GetHiResMeshDescription());
+	for (int32 Lod = 0; Lod < Mesh.GetNumSourceModels(); ++Lod)
+	{
+		Count += CountUnplacedVertices(Mesh.GetMeshDescription(Lod));
+	}
+	if (Count > 0)
+	{
+		HOST_LOG(LogTarvinOp, Warning, TEXT("%s: %d vertex position(s) are not finite -- they stay so"),
+			*Mesh.GetName(), Count);
+	}
 }
 
 bool HasBakedGeometry(const FTarvinTransformStats& Stats)
@@ -173,6 +205,7 @@ bool FTarvinTransformOp::BakeIntoMesh(UStaticMesh* Mesh, const FTransform& BakeT
 		return HasBakedGeometry(Stats);
 	}
 	const FMatrix Matrix = BakeTransform.ToMatrixWithScale();
+	WarnOfUnplacedVertices(*Mesh);
 	Mesh->Modify(true);
 	BakeLods(*Mesh, Matrix, Stats);
 	BakeHiRes(*Mesh, Matrix, Stats);
