@@ -10,11 +10,8 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-using testing::AnyOf;
-using testing::Each;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -214,44 +211,6 @@ TEST(Save, ADiskThatTakesNoMoreLeavesTheOldFileAndNothingElse)
 	EXPECT_EQ(Refusal, "Cannot write \"" + Folder.Path("scene-1.bin") + "\": File too large.");
 	EXPECT_EQ(Folder.Read("scene.gltf"), Before);
 	EXPECT_THAT(Folder.Names(), ElementsAre("scene.bin", "scene.gltf"));
-}
-
-TEST(Save, KilledAtAnyMomentLeavesTheOldSceneOrTheNewOne)
-{
-	const FTempFolder Folder;
-	FSceneText Scene = TriangleScene();
-	Scene.AddView(std::string(3'000'000, 'x'));
-	const std::string Path = Scene.WriteText(Folder);
-	const std::string Old = Folder.Read("scene.gltf");
-	int NewOnes = 0;
-	for (int Delay = 0; Delay < 40; ++Delay)
-	{
-		Folder.Write("scene.gltf", Old);
-		std::filesystem::remove(Folder.Path("scene-1.bin"));
-		const FGltfPatch Patch = MovedTriangle(Path);
-		const pid_t Child = fork();
-		if (Child == 0)
-		{
-			const bool bSaved = SaveGltf(Patch, Path).IsOk();
-			_exit(bSaved ? 0 : 1);
-		}
-		usleep(static_cast<useconds_t>(Delay) * 250);
-		kill(Child, SIGKILL);
-		waitpid(Child, nullptr, 0);
-		// Whichever it is, it loads with the buffer that it names.
-		const auto Document = MustLoad(Path);
-		const bool bNew = Folder.Read("scene.gltf") != Old;
-		NewOnes += bNew ? 1 : 0;
-		EXPECT_EQ(Document->Buffer(0).Path, bNew ? "scene-1.bin" : "scene.bin");
-		EXPECT_EQ(Document->BufferBytes(0)->size(), Scene.Bytes.size());
-	}
-	// What was left by those that were killed is gone after a save that was not.
-	Saved(MovedTriangle(Path), Folder.Path("scene.gltf"));
-	for (const std::string& Name : Folder.Names())
-	{
-		EXPECT_THAT(Name, AnyOf("scene.gltf", "scene.bin", "scene-1.bin", "scene-2.bin"));
-	}
-	EXPECT_LE(NewOnes, 40);
 }
 
 TEST(AtomicFile, ReplacesOnlyWhenTold)

@@ -199,6 +199,25 @@ TEST_F(BakeTrap, MatricesGiveWayToPlaces)
 	EXPECT_THAT(ReadAll(Path("out.gltf")), HasSubstr(R"({ "name":"M","mesh":0,"translation":[1,2,3] })"));
 }
 
+TEST_F(BakeTrap, ChildrenOfABakedNodeStayWhereTheyAre)
+{
+	FSceneText Scene;
+	for (int Mesh = 0; Mesh < 3; ++Mesh)
+	{
+		Scene.AddMesh(AddVertices(Scene));
+	}
+	Scene.AddNode(R"("name":"Up","mesh":0,"translation":[5,-7,3],"scale":[-3,3,3],)" + Turn + R"(,"children":[1])");
+	Scene.AddNode(R"("name":"Mid","translation":[1,2,3],"scale":[2,2,2],)" + Turn + R"(,"children":[2])");
+	Scene.AddNode(R"("name":"Low","mesh":1,"translation":[0,2,0],"scale":[1,2,5],)" + Turn + R"(,"children":[3])");
+	Scene.AddNode(R"("name":"Flat","mesh":2,"translation":[0,0,1],"scale":[2,1,1])");
+	for (const char* Selected : {"Up", "Low", "[UL]*"})
+	{
+		SCOPED_TRACE(Selected);
+		ExpectSameLook(Scene, std::string(Selected) == "[UL]*" ? 2 : 1, {"--select", Selected});
+	}
+	ExpectSameLook(Scene, 3); // the lowest one once its parent is even
+}
+
 TEST_F(BakeTrap, MorphedMeshesStayAsTheyAre)
 {
 	FSceneText Scene;
