@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "SceneIO/SceneVerdict.h"
 
+#include "Engine/SceneComponent.h"
+
 #include <algorithm>
 #include <array>
 
@@ -154,6 +156,11 @@ std::string FSceneJudge::ReasonOfNode(const FGltfNode& Node, FGltfIndex Index) c
 	if (Scene.Node(Index).LevelOf != NoIndex)
 	{
 		return "it is a level of detail, which follows '" + Scene.NodeName(Scene.Node(Index).LevelOf).ToUtf8() + "'";
+	}
+	const USceneComponent* const Component = Scene.Node(Index).Component;
+	if (Component && Component->CreationMethod != EComponentCreationMethod::Native)
+	{
+		return "its component was not created natively";
 	}
 	if (!Node.Extensions)
 	{

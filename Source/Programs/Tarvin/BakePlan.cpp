@@ -70,11 +70,6 @@ FBakeBatch FBakePlanner::Next(
 		{
 			continue;
 		}
-		if (Component->CreationMethod != EComponentCreationMethod::Native)
-		{
-			Batch.Refused[Node] = "its component was not created natively";
-			continue;
-		}
 		if (Options.Command == ESceneCommand::BakeTransform &&
 			FTarvinSelectionAction::HasUnrepresentableParent(Component))
 		{

@@ -39,6 +39,16 @@ const char* OutcomeOf(FSceneVerdict::EKind Kind)
 	}
 }
 
+/// Bakes go from parents to children: the parent that is in a node's way will be even by then, if it is baked itself.
+bool WaitsForItsParent(const FGltfDocument& Document, const std::vector<FSceneVerdict>& Verdicts, FGltfIndex Node)
+{
+	while (Node != NoIndex && Verdicts[std::size_t(Node)].Reason == UnevenParentReason)
+	{
+		Node = Document.Node(Node).Parent;
+	}
+	return Node != NoIndex && Verdicts[std::size_t(Node)].Kind == FSceneVerdict::EKind::Candidate;
+}
+
 std::vector<FNodeInfo> CollectNodes(const FScene& Scene)
 {
 	const FSceneJudge Judge(Scene);
@@ -48,7 +58,9 @@ std::vector<FNodeInfo> CollectNodes(const FScene& Scene)
 	std::vector<FNodeInfo> Infos;
 	for (FGltfIndex Node = 0; Node < Scene.NumNodes(); ++Node)
 	{
-		const FSceneVerdict& Verdict = Verdicts[std::size_t(Node)];
+		const FSceneVerdict Verdict = WaitsForItsParent(*Scene.Document(), Verdicts, Node)
+										  ? FSceneVerdict{FSceneVerdict::EKind::Candidate, {}}
+										  : Verdicts[std::size_t(Node)];
 		Infos.push_back({Node, Scene.Document()->Node(Node).Mesh, NodePath(*Scene.Document(), Node),
 			DecomposeMatrix(Worlds[std::size_t(Node)]).Transform, OutcomeOf(Verdict.Kind), Verdict.Reason});
 	}

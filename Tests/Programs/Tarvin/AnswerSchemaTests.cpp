@@ -31,6 +31,28 @@ TEST_F(JsonAnswer, FollowsItsSchema)
 	ExpectValid(RunTarvin({"diff", Yard(), Path("out.gltf"), "--json"}).Output);
 }
 
+TEST_F(JsonAnswer, SaysWhatIsLeftOutAndWhy)
+{
+	const auto Node = [](const char* Path, const char* Asset, const std::string& Rest) {
+		return std::string("\"path\":\"") + Path + "\",\"asset\":\"" + Asset +
+			   "\",\"newAsset\":false,\"outcome\":" + Rest;
+	};
+	for (const std::vector<std::string>& More :
+		{std::vector<std::string>{"--dry-run"}, {"-o", Path("out.gltf"), "--shared", "skip"}})
+	{
+		std::vector<std::string> Words = {"bake", Yard(), "--json"};
+		Words.insert(Words.end(), More.begin(), More.end());
+		const std::string Answer = RunTarvin(Words).Output;
+		EXPECT_THAT(Answer, testing::HasSubstr(Node("Flag", "Flag", R"("leftOut","reason":"it is animated"})")));
+		EXPECT_THAT(Answer, testing::HasSubstr(Node("Figure", "Figure", R"("leftOut","reason":"it is skinned"})")));
+		EXPECT_THAT(Answer, testing::HasSubstr(Node("Fence", "Picket", R"("leftOut","reason":"it is instanced"})")));
+	}
+	EXPECT_THAT(RunTarvin({"bake", Yard(), "-o", Path("out.gltf"), "--shared", "skip", "--json"}).Output,
+		testing::HasSubstr(Node("Wall A", "Wall", R"("notBaked","reason":"its asset is shared"})")));
+	EXPECT_THAT(RunTarvin({"info", Yard(), "--json"}).Output,
+		testing::HasSubstr(R"("bake":"leftOut","reason":"it is skinned"})"));
+}
+
 TEST_F(JsonAnswer, FollowsItsSchemaForErrors)
 {
 	for (const char* Command : {"bake", "info"})

@@ -58,6 +58,30 @@ TEST_F(InfoCommand, SaysWhatABakeWouldDoWithEachNode)
 	EXPECT_THAT(Run.Output, HasSubstr("'Statue' 1 user(s), 24 vertices, 2 level(s)"));
 }
 
+TEST_F(InfoCommand, SaysWhatTheBakeItselfSays)
+{
+	const std::string Turned = R"("mesh":0,"rotation":[0,0.6,0,0.8],"scale":[1,2,5])";
+	WriteAll(Path("tree.gltf"),
+		R"({"asset":{"version":"2.0"},"accessors":[{"componentType":5126,"count":3,"type":"VEC3"}],)"
+		R"("meshes":[{"primitives":[{"attributes":{"POSITION":0}}]}],"extensionsUsed":["TARVIN_component"],"nodes":[)"
+		R"({"name":"Up",)" +
+			Turned + R"(,"children":[1]},{"name":"Low","mesh":0,"children":[2]},{"name":"Lowest","mesh":0},)" +
+			R"({"name":"Frame","rotation":[0,0.6,0,0.8],"scale":[1,2,5],"children":[4]},{"name":"Post","mesh":0},)" +
+			R"({"name":"Scripted","extensions":{"TARVIN_component":{"creationMethod":"instance"}},)" + Turned + "}]}");
+	const std::string Info = RunTarvin({"info", Path("tree.gltf")}).Output;
+	for (const char* Name : {"Up", "Up/Low", "Up/Low/Lowest"})
+	{
+		EXPECT_THAT(Info, testing::ContainsRegex("'" + std::string(Name) + "' [^\n]*-- candidate\n"));
+	}
+	EXPECT_THAT(Info,
+		testing::ContainsRegex("'Frame/Post' [^\n]*-- leftOut: its parent combines rotation with uneven scale\n"));
+	EXPECT_THAT(Info, testing::ContainsRegex("'Scripted' [^\n]*-- leftOut: its component was not created natively\n"));
+	const std::string Bake = RunTarvin({"bake", Path("tree.gltf"), "--dry-run"}).Output;
+	EXPECT_THAT(Bake, HasSubstr("3 node(s) baked"));
+	EXPECT_THAT(Bake, HasSubstr("left out, its parent combines rotation with uneven scale: Frame/Post"));
+	EXPECT_THAT(Bake, HasSubstr("left out, its component was not created natively: Scripted"));
+}
+
 TEST_F(InfoCommand, EscapesControlCharactersInNames)
 {
 	WriteAll(Path("evil.gltf"), R"({"asset":{"version":"2.0"},"nodes":[{"name":"a\u001b[31mb"}]})");

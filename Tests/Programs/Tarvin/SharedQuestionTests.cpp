@@ -104,6 +104,8 @@ TEST_F(SharedQuestion, TellsWhyAUserCannotFollowInPlace)
 	};
 	const std::string Head = "left out, baking 'Rock' in place would change 'B', which cannot follow ";
 	EXPECT_THAT(Refusal(""), HasSubstr(Head + "(it has nothing to bake): A"));
+	EXPECT_THAT(Refusal(R"(,"scale":[2,2,2],"extensions":{"TARVIN_component":{"creationMethod":"instance"}})"),
+		HasSubstr(Head + "(its component was not created natively): A"));
 	EXPECT_THAT(Refusal(R"(,"scale":[0,2,2])"), HasSubstr(Head + "(its scale in the world is zero): A"));
 	EXPECT_THAT(Refusal(R"(,"scale":[2,2.00005,2])"), HasSubstr(Head + "(it is not baked in the same step): A"));
 }
