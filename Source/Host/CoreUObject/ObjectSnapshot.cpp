@@ -4,6 +4,7 @@
 #include "CoreUObject/Archive.h"
 
 #include <cstring>
+#include <iterator>
 #include <unordered_map>
 
 namespace
@@ -87,8 +88,24 @@ private:
 FObjectSnapshot::FObjectSnapshot(UObject& Object)
 	: bGarbage(Object.IsGarbage())
 {
-	FSnapshotWriter Writer(Bytes, References, Shared);
+	// What is written is collected where there is room already: a snapshot is made of every object that changes.
+	struct FRoom
+	{
+		std::vector<uint8> Bytes;
+		std::vector<FObjectHandle> References;
+		std::vector<FShared> Shared;
+	};
+	static thread_local FRoom Kept;
+	FRoom Room = std::move(Kept);
+	FSnapshotWriter Writer(Room.Bytes, Room.References, Room.Shared);
 	Object.Serialize(Writer);
+	Bytes.assign(Room.Bytes.begin(), Room.Bytes.end());
+	References.assign(Room.References.begin(), Room.References.end());
+	Shared.assign(std::make_move_iterator(Room.Shared.begin()), std::make_move_iterator(Room.Shared.end()));
+	Room.Bytes.clear();
+	Room.References.clear();
+	Room.Shared.clear();
+	Kept = std::move(Room);
 }
 
 void FObjectSnapshot::Restore(UObject& Object) const

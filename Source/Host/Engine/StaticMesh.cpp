@@ -173,12 +173,6 @@ void UStaticMesh::Build(bool, TArray<FText>* OutErrors)
 				FText::FromString(GetName()), FText::AsNumber(Lod)));
 		}
 	}
-	const TSharedPtr<const FMeshDescription> BoundsSource =
-		(IsMeshDescriptionValid(0) ? SourceModels[0] : HiResSourceModel).ReadCommitted();
-	if (BoundsSource)
-	{
-		Derived.Bounds = BoundsSource->ComputeBoundingBox();
-	}
 	WaitUntilAsyncPropertyReleased(EStaticMeshAsyncProperties::BodySetup);
 }
 
@@ -206,7 +200,13 @@ void UStaticMesh::EnsureBuilt()
 const FBox& UStaticMesh::GetBoundingBox()
 {
 	EnsureBuilt();
-	return Derived.Bounds;
+	if (!Derived.Bounds)
+	{
+		const TSharedPtr<const FMeshDescription> Source =
+			(IsMeshDescriptionValid(0) ? SourceModels[0] : HiResSourceModel).ReadCommitted();
+		Derived.Bounds = Source ? Source->ComputeBoundingBox() : FBox();
+	}
+	return *Derived.Bounds;
 }
 
 const FStaticMeshLodRenderData* UStaticMesh::GetRenderData(int32 Lod)

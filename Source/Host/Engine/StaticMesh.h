@@ -116,8 +116,8 @@ public:
 	void SetMeshDescription(int32 Lod, FMeshDescription&& Description);
 	void SetHiResMeshDescription(FMeshDescription&& Description);
 
-	/// Makes bounds from the source, cooks the collision, and drops render data, which is made again level by level on
-	/// first use. A level that cannot be decoded adds a line to `OutErrors` and is left out.
+	/// Drops what was derived from the source, and cooks the collision. Bounds and render data are made again on first
+	/// use, the latter level by level. A level that cannot be decoded adds a line to `OutErrors` and is left out.
 	void Build(bool bSilent = true, TArray<FText>* OutErrors = nullptr);
 
 	/// How many builds there were.

@@ -8,6 +8,8 @@
 #include "MeshDescription/MeshBulkData.h"
 #include "MeshDescription/MeshDescription.h"
 
+#include <optional>
+
 /// The triangles of one level of detail as a graphics card takes them: one entry per vertex instance.
 struct FStaticMeshLodRenderData
 {
@@ -26,6 +28,6 @@ struct FStaticMeshDerivedData
 
 	bool bBuilt = false;
 	FSource Source;
-	FBox Bounds;
+	std::optional<FBox> Bounds; ///< made when first asked for, as the levels are
 	TArray<TSharedPtr<FStaticMeshLodRenderData>> Lods;
 };

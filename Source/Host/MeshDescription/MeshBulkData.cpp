@@ -20,7 +20,7 @@ bool FDescriptionBulkData::IsEmpty() const
 
 int32 FDescriptionBulkData::NumVertices() const
 {
-	return Description.Vertices().Num();
+	return Description.NumVertices();
 }
 
 uint64 FDescriptionBulkData::MemoryBytes() const

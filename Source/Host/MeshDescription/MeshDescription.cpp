@@ -2,10 +2,12 @@
 // What concerns a mesh as a whole: bounds, consistency, equality, size.
 #include "MeshDescription/MeshDescription.h"
 
+#include "MeshDescription/MeshSource.h"
 #include "MeshDescription/MeshTransformKernels.h"
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace
 {
@@ -35,23 +37,48 @@ bool SameBits(const FMeshElementSlots& Slots, const TMeshArray<T>& A, const TMes
 	}
 	return true;
 }
-
-FBox BoxFromSinglePrecision(const FVector3f& Min, const FVector3f& Max)
-{
-	// No vertex, or no coordinate of any vertex that is a number.
-	if (!(Min.X <= Max.X && Min.Y <= Max.Y && Min.Z <= Max.Z))
-	{
-		return FBox();
-	}
-	return FBox(FVector(Min), FVector(Max));
 }
+
+FMeshDescription::FMeshDescription(std::shared_ptr<const FMeshSource> Source)
+	: Deferred(std::make_shared<const FDeferredMesh>(FDeferredMesh{std::move(Source), {}}))
+{
+}
+
+int32 FMeshDescription::NumVertices() const
+{
+	return Deferred ? Deferred->Source->NumVertices() : Taken.VertexSlots.GetNumAllocated();
+}
+
+void FMeshDescription::Defer(const FMeshTransform& Transform)
+{
+	check(Deferred);
+	FDeferredMesh Next = *Deferred;
+	Next.Transforms.push_back(Transform);
+	Deferred = std::make_shared<const FDeferredMesh>(std::move(Next));
+}
+
+void FMeshDescription::TakeIn() const
+{
+	const std::shared_ptr<const FDeferredMesh> Now = std::exchange(Deferred, nullptr);
+	FMeshDescription Filled;
+	Now->Source->Fill(Filled);
+	for (const FMeshTransform& Transform : Now->Transforms)
+	{
+		Transform.Apply(Filled);
+	}
+	Taken = std::move(Filled.Taken);
 }
 
 FBox FMeshDescription::ComputeBoundingBox() const
 {
+	if (Deferred)
+	{
+		return Deferred->Source->ComputeBoundingBox(Deferred->Transforms);
+	}
+	const TMeshArray<FVector3f>& Positions = Taken.Positions;
 	FVector3f Min = MeshTransformKernels::EmptyMin;
 	FVector3f Max = MeshTransformKernels::EmptyMax;
-	if (!VertexSlots.HasGaps())
+	if (!Taken.VertexSlots.HasGaps())
 	{
 		MeshTransformKernels::GrowBounds(Positions.data(), Positions.size(), Min, Max);
 	}
@@ -62,14 +89,14 @@ FBox FMeshDescription::ComputeBoundingBox() const
 			MeshTransformKernels::GrowBoundsByPoint(Positions[static_cast<std::size_t>(Vertex.Value)], Min, Max);
 		}
 	}
-	return BoxFromSinglePrecision(Min, Max);
+	return MeshTransformKernels::MakeBox(Min, Max);
 }
 
 bool FMeshDescription::IsConsistent() const
 {
 	for (const FVertexInstanceID Instance : VertexInstances().GetElementIDs())
 	{
-		if (!VertexSlots.IsAllocated(GetVertexInstanceVertex(Instance).Value))
+		if (!Vertices().IsValid(GetVertexInstanceVertex(Instance)))
 		{
 			return false;
 		}
@@ -78,8 +105,8 @@ bool FMeshDescription::IsConsistent() const
 	{
 		const FTriangleCorners Corners = GetTriangleVertexInstances(Triangle);
 		const bool bCornersExist = std::all_of(Corners.begin(), Corners.end(),
-			[this](FVertexInstanceID Corner) { return InstanceSlots.IsAllocated(Corner.Value); });
-		if (!bCornersExist || !GroupSlots.IsAllocated(GetTrianglePolygonGroup(Triangle).Value))
+			[this](FVertexInstanceID Corner) { return VertexInstances().IsValid(Corner); });
+		if (!bCornersExist || !PolygonGroups().IsValid(GetTrianglePolygonGroup(Triangle)))
 		{
 			return false;
 		}
@@ -89,15 +116,17 @@ bool FMeshDescription::IsConsistent() const
 
 bool FMeshDescription::operator==(const FMeshDescription& Other) const
 {
-	if (Attributes != Other.Attributes || UVs.size() != Other.UVs.size() || !(VertexSlots == Other.VertexSlots) ||
-		!(InstanceSlots == Other.InstanceSlots) || !(TriangleSlots == Other.TriangleSlots) ||
-		!(GroupSlots == Other.GroupSlots))
+	const FElements& A = Elements();
+	const FElements& B = Other.Elements();
+	if (A.Attributes != B.Attributes || A.UVs.size() != B.UVs.size() || !(A.VertexSlots == B.VertexSlots) ||
+		!(A.InstanceSlots == B.InstanceSlots) || !(A.TriangleSlots == B.TriangleSlots) ||
+		!(A.GroupSlots == B.GroupSlots))
 	{
 		return false;
 	}
-	for (std::size_t Channel = 0; Channel < UVs.size(); ++Channel)
+	for (std::size_t Channel = 0; Channel < A.UVs.size(); ++Channel)
 	{
-		if (!SameBits(InstanceSlots, UVs[Channel], Other.UVs[Channel]))
+		if (!SameBits(A.InstanceSlots, A.UVs[Channel], B.UVs[Channel]))
 		{
 			return false;
 		}
@@ -109,28 +138,29 @@ bool FMeshDescription::operator==(const FMeshDescription& Other) const
 			return false;
 		}
 	}
-	return SameBits(VertexSlots, Positions, Other.Positions) &&
-		   SameBits(InstanceSlots, InstanceVertices, Other.InstanceVertices) &&
-		   SameBits(InstanceSlots, Normals, Other.Normals) && SameBits(InstanceSlots, Tangents, Other.Tangents) &&
-		   SameBits(InstanceSlots, BinormalSigns, Other.BinormalSigns) &&
-		   SameBits(InstanceSlots, Colors, Other.Colors) &&
-		   SameBits(TriangleSlots, TriangleCorners, Other.TriangleCorners) &&
-		   SameBits(TriangleSlots, TriangleGroups, Other.TriangleGroups);
+	return SameBits(A.VertexSlots, A.Positions, B.Positions) &&
+		   SameBits(A.InstanceSlots, A.InstanceVertices, B.InstanceVertices) &&
+		   SameBits(A.InstanceSlots, A.Normals, B.Normals) && SameBits(A.InstanceSlots, A.Tangents, B.Tangents) &&
+		   SameBits(A.InstanceSlots, A.BinormalSigns, B.BinormalSigns) &&
+		   SameBits(A.InstanceSlots, A.Colors, B.Colors) &&
+		   SameBits(A.TriangleSlots, A.TriangleCorners, B.TriangleCorners) &&
+		   SameBits(A.TriangleSlots, A.TriangleGroups, B.TriangleGroups);
 }
 
 uint64 FMeshDescription::MemoryBytes() const
 {
-	uint64 Bytes = sizeof(*this) + Positions.MemoryBytes() + InstanceVertices.MemoryBytes() + Normals.MemoryBytes() +
-				   Tangents.MemoryBytes() + BinormalSigns.MemoryBytes() + Colors.MemoryBytes() +
-				   TriangleCorners.MemoryBytes() + TriangleGroups.MemoryBytes() +
-				   MaterialSlotNames.capacity() * sizeof(FName) + UVs.capacity() * sizeof(TMeshArray<FVector2f>);
-	for (const TMeshArray<FVector2f>& Channel : UVs)
+	const FElements& T = Taken;
+	uint64 Bytes = sizeof(*this) + T.Positions.MemoryBytes() + T.InstanceVertices.MemoryBytes() +
+				   T.Normals.MemoryBytes() + T.Tangents.MemoryBytes() + T.BinormalSigns.MemoryBytes() +
+				   T.Colors.MemoryBytes() + T.TriangleCorners.MemoryBytes() + T.TriangleGroups.MemoryBytes() +
+				   T.MaterialSlotNames.capacity() * sizeof(FName) + T.UVs.capacity() * sizeof(TMeshArray<FVector2f>);
+	for (const TMeshArray<FVector2f>& Channel : T.UVs)
 	{
 		Bytes += Channel.MemoryBytes();
 	}
-	for (const FMeshElementSlots* Slots : {&VertexSlots, &InstanceSlots, &TriangleSlots, &GroupSlots})
+	for (const FMeshElementSlots* Slots : {&T.VertexSlots, &T.InstanceSlots, &T.TriangleSlots, &T.GroupSlots})
 	{
 		Bytes += Slots->MemoryBytes();
 	}
-	return Bytes;
+	return Bytes + (Deferred ? sizeof(FDeferredMesh) + Deferred->Transforms.capacity() * sizeof(FMeshTransform) : 0);
 }

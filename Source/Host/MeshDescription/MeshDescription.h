@@ -7,7 +7,12 @@
 #include "MeshDescription/MeshElementSlots.h"
 
 #include <array>
+#include <memory>
 #include <span>
+
+class FMeshSource;
+class FMeshTransform;
+struct FDeferredMesh;
 
 /// The vertex instances at a triangle's corners. Seen from outside the shape they run counter-clockwise: the geometric
 /// normal is (corner 1 - corner 0) x (corner 2 - corner 0).
@@ -40,15 +45,38 @@ constexpr bool HasAny(EVertexInstanceAttributes Set, EVertexInstanceAttributes W
 ///
 /// Accessors take the number of an element that exists: checked. Spans over whole arrays include the gaps, and are
 /// valid until elements or attributes of that kind are added.
+///
+/// A description may take its elements in only when somebody looks at them: made from a source, it holds nothing, and
+/// FStaticMeshOperations::ApplyTransform only notes what is to be done. No caller sees a difference, time and memory
+/// aside. The first look is no more thread-safe than a change.
 class FMeshDescription
 {
 public:
-	TMeshElements<FVertexID> Vertices() const { return TMeshElements<FVertexID>(VertexSlots); }
-	TMeshElements<FVertexInstanceID> VertexInstances() const { return TMeshElements<FVertexInstanceID>(InstanceSlots); }
-	TMeshElements<FTriangleID> Triangles() const { return TMeshElements<FTriangleID>(TriangleSlots); }
-	TMeshElements<FPolygonGroupID> PolygonGroups() const { return TMeshElements<FPolygonGroupID>(GroupSlots); }
+	FMeshDescription() = default;
 
-	bool IsEmpty() const { return Vertices().Num() == 0; }
+	/// The elements that the source gives, taken in when they are first looked at.
+	explicit FMeshDescription(std::shared_ptr<const FMeshSource> Source);
+
+	/// Where the elements will come from; null once they are here.
+	const std::shared_ptr<const FDeferredMesh>& GetDeferred() const { return Deferred; }
+
+	/// Transforms the elements once they are taken in. They must not be here yet: checked.
+	void Defer(const FMeshTransform& Transform);
+
+	TMeshElements<FVertexID> Vertices() const { return TMeshElements<FVertexID>(Elements().VertexSlots); }
+	TMeshElements<FVertexInstanceID> VertexInstances() const
+	{
+		return TMeshElements<FVertexInstanceID>(Elements().InstanceSlots);
+	}
+	TMeshElements<FTriangleID> Triangles() const { return TMeshElements<FTriangleID>(Elements().TriangleSlots); }
+	TMeshElements<FPolygonGroupID> PolygonGroups() const
+	{
+		return TMeshElements<FPolygonGroupID>(Elements().GroupSlots);
+	}
+
+	bool IsEmpty() const { return NumVertices() == 0; }
+	/// As Vertices().Num(), without taking elements in.
+	int32 NumVertices() const;
 
 	// Vertices
 
@@ -59,14 +87,14 @@ public:
 	void DeleteVertex(FVertexID Vertex);
 	FVector3f GetVertexPosition(FVertexID Vertex) const;
 	void SetVertexPosition(FVertexID Vertex, const FVector3f& Position);
-	void ReserveVertices(int32 Num) { Positions.reserve(static_cast<std::size_t>(Num)); }
+	void ReserveVertices(int32 Num) { Elements().Positions.reserve(static_cast<std::size_t>(Num)); }
 
 	/// Makes `Num` vertices at once and returns their positions, to be filled by the caller.
 	std::span<FVector3f> AppendVertices(int32 Num);
 	/// Deletes every vertex whose entry is zero: one entry per slot.
-	void KeepOnlyVertices(std::span<const uint8> bUsed) { VertexSlots.AllocateOnly(bUsed); }
-	std::span<FVector3f> GetVertexPositions() { return Positions; }
-	std::span<const FVector3f> GetVertexPositions() const { return Positions; }
+	void KeepOnlyVertices(std::span<const uint8> bUsed) { Elements().VertexSlots.AllocateOnly(bUsed); }
+	std::span<FVector3f> GetVertexPositions() { return Elements().Positions; }
+	std::span<const FVector3f> GetVertexPositions() const { return Elements().Positions; }
 
 	// Vertex instances
 
@@ -81,20 +109,20 @@ public:
 	/// Makes `Num` instances at once. Their vertices and all attributes that the mesh has are to be filled by the
 	/// caller through the spans below. Returns the first.
 	FVertexInstanceID AppendVertexInstances(int32 Num);
-	void KeepOnlyVertexInstances(std::span<const uint8> bUsed) { InstanceSlots.AllocateOnly(bUsed); }
-	std::span<FVertexID> GetVertexInstanceVertices() { return InstanceVertices; }
-	std::span<const FVertexID> GetVertexInstanceVertices() const { return InstanceVertices; }
+	void KeepOnlyVertexInstances(std::span<const uint8> bUsed) { Elements().InstanceSlots.AllocateOnly(bUsed); }
+	std::span<FVertexID> GetVertexInstanceVertices() { return Elements().InstanceVertices; }
+	std::span<const FVertexID> GetVertexInstanceVertices() const { return Elements().InstanceVertices; }
 
 	// Attributes of vertex instances
 
 	/// What the instances have, texture coordinates aside.
-	EVertexInstanceAttributes GetAttributes() const { return Attributes; }
-	bool HasAttributes(EVertexInstanceAttributes Wanted) const { return HasAny(Attributes, Wanted); }
+	EVertexInstanceAttributes GetAttributes() const { return Elements().Attributes; }
+	bool HasAttributes(EVertexInstanceAttributes Wanted) const { return HasAny(Elements().Attributes, Wanted); }
 	/// Gives all instances these attributes, with the values of `CreateVertexInstance`. Those that they have stay.
 	void AddAttributes(EVertexInstanceAttributes Wanted);
 	/// Adds or drops texture coordinate channels; new ones are zero.
 	void SetNumUVChannels(int32 Num);
-	int32 GetNumUVChannels() const { return static_cast<int32>(UVs.size()); }
+	int32 GetNumUVChannels() const { return static_cast<int32>(Elements().UVs.size()); }
 
 	/// Value of an attribute, which the mesh must have: checked.
 	FVector3f GetVertexInstanceNormal(FVertexInstanceID Instance) const;
@@ -111,14 +139,14 @@ public:
 	void SetVertexInstanceUV(FVertexInstanceID Instance, int32 Channel, const FVector2f& UV);
 
 	/// Whole arrays, one entry per slot; empty when the mesh lacks the attribute.
-	std::span<FVector3f> GetNormals() { return Normals; }
-	std::span<const FVector3f> GetNormals() const { return Normals; }
-	std::span<FVector3f> GetTangents() { return Tangents; }
-	std::span<const FVector3f> GetTangents() const { return Tangents; }
-	std::span<float> GetBinormalSigns() { return BinormalSigns; }
-	std::span<const float> GetBinormalSigns() const { return BinormalSigns; }
-	std::span<FVector4f> GetColors() { return Colors; }
-	std::span<const FVector4f> GetColors() const { return Colors; }
+	std::span<FVector3f> GetNormals() { return Elements().Normals; }
+	std::span<const FVector3f> GetNormals() const { return Elements().Normals; }
+	std::span<FVector3f> GetTangents() { return Elements().Tangents; }
+	std::span<const FVector3f> GetTangents() const { return Elements().Tangents; }
+	std::span<float> GetBinormalSigns() { return Elements().BinormalSigns; }
+	std::span<const float> GetBinormalSigns() const { return Elements().BinormalSigns; }
+	std::span<FVector4f> GetColors() { return Elements().Colors; }
+	std::span<const FVector4f> GetColors() const { return Elements().Colors; }
 	std::span<FVector2f> GetUVs(int32 Channel);
 	std::span<const FVector2f> GetUVs(int32 Channel) const;
 
@@ -134,8 +162,8 @@ public:
 
 	/// Makes `Num` triangles of one group at once and returns their corners, to be filled by the caller.
 	std::span<FTriangleCorners> AppendTriangles(FPolygonGroupID Group, int32 Num);
-	std::span<FTriangleCorners> GetTriangleCorners() { return TriangleCorners; }
-	std::span<const FTriangleCorners> GetTriangleCorners() const { return TriangleCorners; }
+	std::span<FTriangleCorners> GetTriangleCorners() { return Elements().TriangleCorners; }
+	std::span<const FTriangleCorners> GetTriangleCorners() const { return Elements().TriangleCorners; }
 
 	// Polygon groups
 
@@ -165,25 +193,42 @@ public:
 	void Empty() { *this = FMeshDescription(); }
 
 private:
+	/// All there is, once it is here.
+	struct FElements
+	{
+		FMeshElementSlots VertexSlots;
+		FMeshElementSlots InstanceSlots;
+		FMeshElementSlots TriangleSlots;
+		FMeshElementSlots GroupSlots;
+
+		TMeshArray<FVector3f> Positions;
+
+		EVertexInstanceAttributes Attributes = EVertexInstanceAttributes::None;
+		TMeshArray<FVertexID> InstanceVertices;
+		TMeshArray<FVector3f> Normals;
+		TMeshArray<FVector3f> Tangents;
+		TMeshArray<float> BinormalSigns;
+		TMeshArray<FVector4f> Colors;
+		std::vector<TMeshArray<FVector2f>> UVs;
+
+		TMeshArray<FTriangleCorners> TriangleCorners;
+		TMeshArray<FPolygonGroupID> TriangleGroups;
+
+		std::vector<FName> MaterialSlotNames;
+	};
+
+	FElements& Elements()
+	{
+		if (Deferred)
+		{
+			TakeIn();
+		}
+		return Taken;
+	}
+	const FElements& Elements() const { return const_cast<FMeshDescription*>(this)->Elements(); }
+	void TakeIn() const;
 	void ResizeInstances(int32 NumSlots);
 
-	FMeshElementSlots VertexSlots;
-	FMeshElementSlots InstanceSlots;
-	FMeshElementSlots TriangleSlots;
-	FMeshElementSlots GroupSlots;
-
-	TMeshArray<FVector3f> Positions;
-
-	EVertexInstanceAttributes Attributes = EVertexInstanceAttributes::None;
-	TMeshArray<FVertexID> InstanceVertices;
-	TMeshArray<FVector3f> Normals;
-	TMeshArray<FVector3f> Tangents;
-	TMeshArray<float> BinormalSigns;
-	TMeshArray<FVector4f> Colors;
-	std::vector<TMeshArray<FVector2f>> UVs;
-
-	TMeshArray<FTriangleCorners> TriangleCorners;
-	TMeshArray<FPolygonGroupID> TriangleGroups;
-
-	std::vector<FName> MaterialSlotNames;
+	mutable FElements Taken;
+	mutable std::shared_ptr<const FDeferredMesh> Deferred; ///< null: all is taken in
 };

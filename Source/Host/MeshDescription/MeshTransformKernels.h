@@ -46,4 +46,10 @@ inline void GrowBoundsByPoint(const FVector3f& Point, FVector3f& Min, FVector3f&
 
 /// As GrowBoundsByPoint, for all of the points.
 void GrowBounds(const FVector3f* Points, std::size_t Num, FVector3f& Min, FVector3f& Max);
+
+/// The bounds as a box, which is invalid when no coordinate was a number.
+inline FBox MakeBox(const FVector3f& Min, const FVector3f& Max)
+{
+	return Min.X <= Max.X && Min.Y <= Max.Y && Min.Z <= Max.Z ? FBox(FVector(Min), FVector(Max)) : FBox();
+}
 }

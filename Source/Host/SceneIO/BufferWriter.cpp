@@ -2,15 +2,32 @@
 #include "SceneIO/BufferWriter.h"
 
 #include <algorithm>
+#include <array>
+#include <atomic>
 #include <cstring>
+#include <memory>
 #include <vector>
+
+#include <tbb/parallel_pipeline.h>
 
 namespace
 {
-constexpr std::uint64_t BlockBytes = 1u << 20;
+/// Small enough to be in a core's own cache when it is sent.
+constexpr std::uint64_t BlockBytes = 1u << 18;
+
+/// Copies the part of an element, whose bytes stand at `At` in the buffer, that lies in the block.
+void CopyElement(std::span<const std::byte> Element, std::uint64_t At, std::uint64_t Begin, std::span<std::byte> Block)
+{
+	const std::uint64_t From = std::max(At, Begin);
+	const std::uint64_t To = std::min(At + Element.size(), Begin + Block.size());
+	if (From < To)
+	{
+		std::memcpy(Block.data() + (From - Begin), Element.data() + (From - At), static_cast<std::size_t>(To - From));
+	}
+}
 
 /// Puts the part of a piece that lies in [Begin, Begin + Block.size()) into the block.
-void Apply(const FBufferPiece& Piece, std::uint64_t Begin, std::span<std::byte> Block, std::vector<std::byte>& Scratch)
+void Apply(const FBufferPiece& Piece, std::uint64_t Begin, std::span<std::byte> Block)
 {
 	const std::uint64_t Size = Piece.Elements->ElementBytes();
 	const std::uint64_t End = Begin + Block.size();
@@ -23,25 +40,25 @@ void Apply(const FBufferPiece& Piece, std::uint64_t Begin, std::span<std::byte> 
 	}
 	const std::uint64_t FirstAt = Piece.Offset + First * Piece.Stride;
 	const std::uint64_t LastEnd = Piece.Offset + (Last - 1) * Piece.Stride + Size;
-	if (Piece.Stride == Size && FirstAt >= Begin && LastEnd <= End)
+	const bool bInside = FirstAt >= Begin && LastEnd <= End;
+	if (Piece.Stride == Size && bInside)
 	{
 		// Whole elements without gaps are made where they belong.
 		Piece.Elements->Produce(First,
 			Block.subspan(static_cast<std::size_t>(FirstAt - Begin), static_cast<std::size_t>(LastEnd - FirstAt)));
 		return;
 	}
-	Scratch.resize(static_cast<std::size_t>((Last - First) * Size));
-	Piece.Elements->Produce(First, Scratch);
-	for (std::uint64_t I = First; I < Last; ++I)
+	alignas(16) std::array<std::byte, 1u << 14> Buffer;
+	const std::uint64_t AtATime = Buffer.size() / Size;
+	for (std::uint64_t From = First; From < Last; From += AtATime)
 	{
-		// The block may begin or end within an element.
-		const std::uint64_t At = Piece.Offset + I * Piece.Stride;
-		const std::uint64_t From = std::max(At, Begin);
-		const std::uint64_t To = std::min(At + Size, End);
-		if (From < To)
+		const std::uint64_t Num = std::min(AtATime, Last - From);
+		const std::span<std::byte> Elements = std::span(Buffer).first(static_cast<std::size_t>(Num * Size));
+		Piece.Elements->Produce(From, Elements);
+		for (std::uint64_t I = 0; I < Num; ++I)
 		{
-			std::memcpy(Block.data() + (From - Begin), Scratch.data() + (I - First) * Size + (From - At),
-				static_cast<std::size_t>(To - From));
+			CopyElement(Elements.subspan(static_cast<std::size_t>(I * Size), static_cast<std::size_t>(Size)),
+				Piece.Offset + (From + I) * Piece.Stride, Begin, Block);
 		}
 	}
 }
@@ -64,40 +81,109 @@ std::uint64_t WrittenLength(const FBufferPlan& Plan, std::span<const std::byte> 
 	return std::max<std::uint64_t>(Plan.NewLength, Old.size());
 }
 
+namespace
+{
+/// A part of the buffer on its way to the sink.
+struct FBlock
+{
+	std::uint64_t Begin = 0;
+	std::vector<const FBufferPiece*> Pieces; ///< that reach into it
+	std::span<const std::byte> Bytes;        ///< what is to be sent
+	std::unique_ptr<std::byte[]> Made;
+};
+
+/// Cuts a buffer into blocks and makes their bytes.
+class FBlockMaker
+{
+public:
+	FBlockMaker(const FBufferPlan& InPlan, std::span<const std::byte> InOld)
+		: Plan(InPlan)
+		, Old(InOld)
+		, Length(WrittenLength(InPlan, InOld))
+		, NextPiece(InPlan.Pieces.begin())
+	{
+	}
+
+	bool IsAtEnd() const { return NextBegin >= Length; }
+
+	FBlock Next()
+	{
+		FBlock Block;
+		Block.Begin = NextBegin;
+		NextBegin = std::min(NextBegin + BlockBytes, Length);
+		for (; NextPiece != Plan.Pieces.end() && NextPiece->Offset < NextBegin; ++NextPiece)
+		{
+			Active.push_back(&*NextPiece);
+		}
+		std::erase_if(Active, [&Block](const FBufferPiece* Piece) { return Piece->End() <= Block.Begin; });
+		Block.Pieces = Active;
+		return Block;
+	}
+
+	/// May run on several blocks at once.
+	void Make(FBlock& Block) const
+	{
+		const std::uint64_t End = std::min(Block.Begin + BlockBytes, Length);
+		if (Block.Pieces.empty() && End <= Old.size())
+		{
+			Block.Bytes =
+				Old.subspan(static_cast<std::size_t>(Block.Begin), static_cast<std::size_t>(End - Block.Begin));
+			return;
+		}
+		const auto Size = static_cast<std::size_t>(End - Block.Begin);
+		Block.Made = std::make_unique_for_overwrite<std::byte[]>(Size);
+		const std::span<std::byte> Bytes(Block.Made.get(), Size);
+		CopyOld(Old, Block.Begin, Bytes);
+		for (const FBufferPiece* const Piece : Block.Pieces)
+		{
+			Apply(*Piece, Block.Begin, Bytes);
+		}
+		Block.Bytes = Bytes;
+	}
+
+private:
+	const FBufferPlan& Plan;
+	std::span<const std::byte> Old;
+	std::uint64_t Length;
+	std::uint64_t NextBegin = 0;
+	std::vector<FBufferPiece>::const_iterator NextPiece;
+	std::vector<const FBufferPiece*> Active;
+};
+}
+
 FSceneStatus WriteBuffer(const FBufferPlan& Plan, std::span<const std::byte> Old, const FByteSink& Sink)
 {
-	const std::uint64_t Length = WrittenLength(Plan, Old);
-	std::vector<std::byte> Block(static_cast<std::size_t>(std::min(BlockBytes, Length)));
-	std::vector<std::byte> Scratch;
-	std::vector<const FBufferPiece*> Active;
-	auto Next = Plan.Pieces.begin();
-	for (std::uint64_t Begin = 0; Begin < Length; Begin += BlockBytes)
+	FBlockMaker Maker(Plan, Old);
+	FSceneStatus Status;
+	std::atomic<bool> bFailed = false;
+	const auto Take = [&](tbb::flow_control& Control)
 	{
-		const std::uint64_t End = std::min(Begin + BlockBytes, Length);
-		for (; Next != Plan.Pieces.end() && Next->Offset < End; ++Next)
+		if (Maker.IsAtEnd() || bFailed)
 		{
-			Active.push_back(&*Next);
+			Control.stop();
+			return std::make_shared<FBlock>();
 		}
-		std::erase_if(Active, [Begin](const FBufferPiece* Piece) { return Piece->End() <= Begin; });
-		FSceneStatus Status;
-		if (Active.empty() && End <= Old.size())
+		return std::make_shared<FBlock>(Maker.Next());
+	};
+	const auto Make = [&Maker](std::shared_ptr<FBlock> Block)
+	{
+		Maker.Make(*Block);
+		return Block;
+	};
+	const auto Send = [&](const std::shared_ptr<FBlock>& Block)
+	{
+		if (!bFailed)
 		{
-			Status = Sink(Old.subspan(static_cast<std::size_t>(Begin), static_cast<std::size_t>(End - Begin)));
+			Status = Sink(Block->Bytes);
+			bFailed = !Status;
 		}
-		else
-		{
-			const std::span<std::byte> Now = std::span(Block).first(static_cast<std::size_t>(End - Begin));
-			CopyOld(Old, Begin, Now);
-			for (const FBufferPiece* const Piece : Active)
-			{
-				Apply(*Piece, Begin, Now, Scratch);
-			}
-			Status = Sink(Now);
-		}
-		if (!Status)
-		{
-			return Status;
-		}
-	}
-	return {};
+	};
+	using FBlockPtr = std::shared_ptr<FBlock>;
+	// Blocks are made on all cores while others are being sent, which bounds the memory that they take.
+	constexpr std::size_t BlocksAtATime = 16;
+	tbb::parallel_pipeline(
+		BlocksAtATime, tbb::make_filter<void, FBlockPtr>(tbb::filter_mode::serial_in_order, Take) &
+						   tbb::make_filter<FBlockPtr, FBlockPtr>(tbb::filter_mode::parallel, Make) &
+						   tbb::make_filter<FBlockPtr, void>(tbb::filter_mode::serial_in_order, Send));
+	return Status;
 }

@@ -61,6 +61,37 @@ void ReadAs(const FElementView& View, std::size_t First, std::span<TOut> Out)
 	}
 }
 
+/// Single-precision numbers as they are.
+template <std::size_t Components>
+void CopyFloats(const FElementView& View, std::size_t First, std::span<float> Out)
+{
+	for (std::size_t I = 0; I * Components < Out.size(); ++I)
+	{
+		std::memcpy(&Out[I * Components], View.Element(First + I), Components * sizeof(float));
+	}
+}
+
+bool CopyFloats(const FElementView& View, std::size_t First, std::span<float> Out)
+{
+	switch (View.Component == EGltfComponent::Float ? View.Type : EGltfType::Unknown)
+	{
+	case EGltfType::Scalar:
+		CopyFloats<1>(View, First, Out);
+		return true;
+	case EGltfType::Vec2:
+		CopyFloats<2>(View, First, Out);
+		return true;
+	case EGltfType::Vec3:
+		CopyFloats<3>(View, First, Out);
+		return true;
+	case EGltfType::Vec4:
+		CopyFloats<4>(View, First, Out);
+		return true;
+	default:
+		return false;
+	}
+}
+
 template <typename TOut>
 void ReadAny(const FElementView& View, std::size_t First, std::span<TOut> Out)
 {
@@ -127,14 +158,20 @@ template <typename T>
 void AddBounds(
 	std::span<const std::byte> Elements, std::size_t Components, std::vector<double>& Min, std::vector<double>& Max)
 {
-	std::size_t Component = 0;
-	for (std::size_t At = 0; At + sizeof(T) <= Elements.size(); At += sizeof(T))
+	const std::size_t Size = Components * sizeof(T);
+	for (std::size_t Component = 0; Component < Components; ++Component)
 	{
-		const double Value = static_cast<double>(Load<T>(Elements.data() + At));
-		// A comparison with NaN is false, which leaves the value out.
-		Min[Component] = Value < Min[Component] ? Value : Min[Component];
-		Max[Component] = Value > Max[Component] ? Value : Max[Component];
-		Component = Component + 1 == Components ? 0 : Component + 1;
+		double Least = Min[Component];
+		double Greatest = Max[Component];
+		for (std::size_t At = Component * sizeof(T); At + sizeof(T) <= Elements.size(); At += Size)
+		{
+			const double Value = static_cast<double>(Load<T>(Elements.data() + At));
+			// A comparison with NaN is false, which leaves the value out.
+			Least = Value < Least ? Value : Least;
+			Greatest = Value > Greatest ? Value : Greatest;
+		}
+		Min[Component] = Least;
+		Max[Component] = Greatest;
 	}
 }
 
@@ -227,7 +264,10 @@ TSceneResult<FElementView> ViewElements(const std::shared_ptr<const FGltfDocumen
 
 void ReadComponents(const FElementView& View, std::size_t First, std::span<float> Out)
 {
-	ReadAny(View, First, Out);
+	if (!CopyFloats(View, First, Out))
+	{
+		ReadAny(View, First, Out);
+	}
 }
 
 void ReadComponents(const FElementView& View, std::size_t First, std::span<double> Out)
@@ -235,14 +275,33 @@ void ReadComponents(const FElementView& View, std::size_t First, std::span<doubl
 	ReadAny(View, First, Out);
 }
 
-void ReadUnsigned(const FElementView& View, std::size_t First, std::span<std::uint32_t> Out)
+namespace
 {
+template <typename T>
+void ReadUnsignedAs(const FElementView& View, std::size_t First, std::span<std::uint32_t> Out)
+{
+	if (sizeof(T) == sizeof(std::uint32_t) && View.Stride == sizeof(T) && !Out.empty())
+	{
+		std::memcpy(Out.data(), View.Element(First), Out.size_bytes());
+		return;
+	}
 	for (std::size_t I = 0; I < Out.size(); ++I)
 	{
-		const std::byte* const Element = View.Element(First + I);
-		Out[I] = View.Component == EGltfComponent::UnsignedByte    ? Load<std::uint8_t>(Element)
-				 : View.Component == EGltfComponent::UnsignedShort ? Load<std::uint16_t>(Element)
-																   : Load<std::uint32_t>(Element);
+		Out[I] = Load<T>(View.Element(First + I));
+	}
+}
+}
+
+void ReadUnsigned(const FElementView& View, std::size_t First, std::span<std::uint32_t> Out)
+{
+	switch (View.Component)
+	{
+	case EGltfComponent::UnsignedByte:
+		return ReadUnsignedAs<std::uint8_t>(View, First, Out);
+	case EGltfComponent::UnsignedShort:
+		return ReadUnsignedAs<std::uint16_t>(View, First, Out);
+	default:
+		return ReadUnsignedAs<std::uint32_t>(View, First, Out);
 	}
 }
 
@@ -322,6 +381,27 @@ void FElementBounds::Add(std::span<const std::byte> Elements, EGltfComponent Com
 	case EGltfComponent::Unknown:
 		break;
 	}
+	SetFinite();
+}
+
+void FElementBounds::Add(const FElementBounds& Other)
+{
+	if (Other.Min.empty())
+	{
+		return;
+	}
+	Min.resize(Other.Min.size(), std::numeric_limits<double>::infinity());
+	Max.resize(Other.Max.size(), -std::numeric_limits<double>::infinity());
+	for (std::size_t Component = 0; Component < Min.size(); ++Component)
+	{
+		Min[Component] = Other.Min[Component] < Min[Component] ? Other.Min[Component] : Min[Component];
+		Max[Component] = Other.Max[Component] > Max[Component] ? Other.Max[Component] : Max[Component];
+	}
+	SetFinite();
+}
+
+void FElementBounds::SetFinite()
+{
 	const auto IsFinite = [](double Value) { return std::isfinite(Value); };
-	bFinite = std::all_of(Min.begin(), Min.end(), IsFinite) && std::all_of(Max.begin(), Max.end(), IsFinite);
+	bFinite = std::ranges::all_of(Min, IsFinite) && std::ranges::all_of(Max, IsFinite);
 }

@@ -57,4 +57,10 @@ struct FElementBounds
 
 	/// Takes elements without gaps, as WriteComponents stores them.
 	void Add(std::span<const std::byte> Elements, EGltfComponent Component, EGltfType Type);
+
+	/// Takes the bounds of elements that come behind.
+	void Add(const FElementBounds& Other);
+
+private:
+	void SetFinite();
 };

@@ -11,17 +11,18 @@ namespace
 template <std::size_t N>
 bool Says(const FJsonText& Json, FJsonIndex Array, const std::array<double, N>& Values)
 {
-	const std::vector<FJsonIndex> Elements = Json.Elements(Array);
-	if (Elements.size() != N)
+	if (!Json.IsArray(Array) || Json.Count(Array) != N)
 	{
 		return false;
 	}
-	for (std::size_t I = 0; I < N; ++I)
+	FJsonIndex Element = Array + 1;
+	for (const double Value : Values)
 	{
-		if (Json.Number(Elements[I]) != Values[I])
+		if (Json.Number(Element) != Value)
 		{
 			return false;
 		}
+		Element = Json.End(Element);
 	}
 	return true;
 }

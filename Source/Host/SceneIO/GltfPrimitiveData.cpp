@@ -4,7 +4,13 @@
 #include "SceneIO/DracoPrimitive.h"
 
 #include <algorithm>
+#include <array>
+#include <map>
+#include <mutex>
 #include <new>
+
+#include <tbb/blocked_range.h>
+#include <tbb/parallel_for.h>
 
 namespace
 {
@@ -16,28 +22,23 @@ std::uint32_t RestartIndex(EGltfComponent Component)
 														: 0xFFFFFFFFu;
 }
 
+FSceneError BadIndex(
+	const FGltfDocument& Document, FGltfIndex Accessor, std::uint32_t VertexCount, std::size_t At, std::uint32_t Index)
+{
+	const std::string Which = "element " + std::to_string(At) + " is " + std::to_string(Index);
+	return Document.Error(Document.Accessor(Accessor).Json,
+		Index >= VertexCount
+			? "holds an index beyond the vertices: " + Which + ", but there are " + std::to_string(VertexCount)
+			: "holds the index that means \"primitive restart\": " + Which);
+}
+
 FSceneStatus ReadIndices(const std::shared_ptr<const FGltfDocument>& Document, FGltfIndex Accessor, FPrimitiveData& Out)
 {
-	TSceneResult<FElementView> View = ViewElements(Document, Accessor);
-	if (!View)
-	{
-		return View.Error();
-	}
 	Out.bIndexed = true;
-	Out.Indices.resize(View->Count);
-	ReadUnsigned(*View, 0, Out.Indices);
-	const std::uint32_t Restart = RestartIndex(View->Component);
-	const auto Bad = std::find_if(Out.Indices.begin(), Out.Indices.end(),
-		[&Out, Restart](std::uint32_t Index) { return Index >= Out.VertexCount || Index == Restart; });
-	if (Bad == Out.Indices.end())
-	{
-		return {};
-	}
-	const std::string Which = "element " + std::to_string(Bad - Out.Indices.begin()) + " is " + std::to_string(*Bad);
-	return Document->Error(Document->Accessor(Accessor).Json,
-		*Bad >= Out.VertexCount
-			? "holds an index beyond the vertices: " + Which + ", but there are " + std::to_string(Out.VertexCount)
-			: "holds the index that means \"primitive restart\": " + Which);
+	Out.Indices.resize(static_cast<std::size_t>(Document->Accessor(Accessor).Count));
+	return ForEachIndex(Document, Accessor, Out.VertexCount,
+		[&Out](std::size_t First, std::span<const std::uint32_t> Piece)
+		{ std::ranges::copy(Piece, Out.Indices.begin() + static_cast<std::ptrdiff_t>(First)); });
 }
 
 TSceneResult<FPrimitiveData> Read(const std::shared_ptr<const FGltfDocument>& Document, const FGltfPrimitive& Record)
@@ -102,4 +103,42 @@ TSceneResult<FPrimitiveData> ReadPrimitive(
 	{
 		return Document->Error(Record.Json, "needs more memory than there is");
 	}
+}
+
+FSceneStatus ForEachIndex(const std::shared_ptr<const FGltfDocument>& Document, FGltfIndex Accessor,
+	std::uint32_t VertexCount, const std::function<void(std::size_t, std::span<const std::uint32_t>)>& Take)
+{
+	TSceneResult<FElementView> View = ViewElements(Document, Accessor);
+	if (!View)
+	{
+		return View.Error();
+	}
+	// The largest value of a type is the restart index: no other bad one is below the number of vertices.
+	const std::uint32_t End = std::min(VertexCount, RestartIndex(View->Component));
+	std::mutex Mutex;
+	std::map<std::size_t, std::uint32_t> Bad;
+	const auto TakePieces = [&](const tbb::blocked_range<std::size_t>& Range)
+	{
+		constexpr std::size_t IndicesAtATime = 4096;
+		std::array<std::uint32_t, IndicesAtATime> Buffer;
+		for (std::size_t First = Range.begin(); First < Range.end(); First += IndicesAtATime)
+		{
+			// A copy: the file may change between the check and the use.
+			const std::span Piece = std::span(Buffer).first(std::min(IndicesAtATime, Range.end() - First));
+			ReadUnsigned(*View, First, Piece);
+			if (std::ranges::max(Piece) >= End)
+			{
+				const auto Where = std::ranges::find_if(Piece, [End](std::uint32_t Index) { return Index >= End; });
+				const std::lock_guard Lock(Mutex);
+				Bad.emplace(First + static_cast<std::size_t>(Where - Piece.begin()), *Where);
+				return;
+			}
+			Take(First, Piece);
+		}
+	};
+	constexpr std::size_t TaskSize = std::size_t(1) << 17;
+	const tbb::blocked_range<std::size_t> All(0, View->Count, TaskSize);
+	View->Count < 2 * TaskSize ? TakePieces(All) : tbb::parallel_for(All, TakePieces);
+	return Bad.empty() ? FSceneStatus()
+					   : BadIndex(*Document, Accessor, VertexCount, Bad.begin()->first, Bad.begin()->second);
 }

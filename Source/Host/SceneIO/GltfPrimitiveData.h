@@ -4,6 +4,7 @@
 #include "SceneIO/GltfElements.h"
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -33,3 +34,8 @@ struct FPrimitiveData
 /// that mean "primitive restart", for buffers without data, and for damaged compressed data.
 TSceneResult<FPrimitiveData> ReadPrimitive(
 	const std::shared_ptr<const FGltfDocument>& Document, FGltfIndex Mesh, std::size_t Primitive);
+
+/// Hands all indices of an accessor, checked as ReadPrimitive checks them, to `Take(first, indices)` piece by piece: in
+/// any order, on several threads at once. Fails where there is a bad one, whose piece is not handed out.
+FSceneStatus ForEachIndex(const std::shared_ptr<const FGltfDocument>& Document, FGltfIndex Accessor,
+	std::uint32_t VertexCount, const std::function<void(std::size_t, std::span<const std::uint32_t>)>& Take);

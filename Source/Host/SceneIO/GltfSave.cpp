@@ -21,11 +21,12 @@ namespace
 class FSaver
 {
 public:
-	FSaver(const FGltfPatch& InPatch, FScenePlace InPlace)
-		: Patch(InPatch)
-		, Document(InPatch.Document())
+	FSaver(FGltfPatch InPatch, FScenePlace InPlace)
+		: Patch(std::move(InPatch))
+		, DocumentPtr(Patch.DocumentPtr())
+		, Document(*DocumentPtr)
 		, Place(std::move(InPlace))
-		, Plan(InPatch.Json())
+		, Plan(FJsonEdit(Document.Json()))
 		, Files(Place.Folder)
 	{
 	}
@@ -42,7 +43,8 @@ private:
 	FSceneStatus TakeFilesAlong();
 	FSceneStatus WriteScene();
 
-	const FGltfPatch& Patch;
+	FGltfPatch Patch;
+	const std::shared_ptr<const FGltfDocument> DocumentPtr; ///< the layout takes the patch over
 	const FGltfDocument& Document;
 	FScenePlace Place;
 	FPatchPlan Plan;
@@ -91,7 +93,7 @@ TSceneResult<FSaveReport> FSaver::Run()
 	{
 		return Report;
 	}
-	TSceneResult<FPatchPlan> Layout = FPatchLayout(Patch).Run();
+	TSceneResult<FPatchPlan> Layout = FPatchLayout(std::move(Patch)).Run();
 	if (!Layout)
 	{
 		return Layout.Error();
@@ -297,7 +299,7 @@ FSceneStatus FSaver::WriteScene()
 }
 }
 
-TSceneResult<FSaveReport> SaveGltf(const FGltfPatch& Patch, const std::string& Path)
+TSceneResult<FSaveReport> SaveGltf(FGltfPatch Patch, const std::string& Path)
 {
 	TSceneResult<FScenePlace> Place = SceneFolder::Resolve(Path);
 	if (!Place)
@@ -306,7 +308,7 @@ TSceneResult<FSaveReport> SaveGltf(const FGltfPatch& Patch, const std::string& P
 	}
 	try
 	{
-		return FSaver(Patch, Place.Take()).Run();
+		return FSaver(std::move(Patch), Place.Take()).Run();
 	}
 	catch (const std::bad_alloc&)
 	{

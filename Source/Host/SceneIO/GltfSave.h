@@ -26,4 +26,4 @@ struct FSaveReport
 ///
 /// On failure the sentence says which file could not be written and why; the old scene is untouched, and files that the
 /// save made are removed. Fails also when a source file changed on disk since it was read.
-TSceneResult<FSaveReport> SaveGltf(const FGltfPatch& Patch, const std::string& Path);
+TSceneResult<FSaveReport> SaveGltf(FGltfPatch Patch, const std::string& Path);

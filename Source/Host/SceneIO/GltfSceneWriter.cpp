@@ -13,13 +13,10 @@ std::uint64_t AlignedTo4(std::uint64_t Length)
 	return (Length + 3) / 4 * 4;
 }
 
-/// The text of a JSON chunk: padded with spaces to a multiple of four bytes, whatever padding it had.
-std::string PaddedText(std::string Text)
+/// The text of a JSON chunk, without the padding that it had.
+std::string_view WithoutPadding(std::string_view Text)
 {
-	const std::size_t Last = Text.find_last_not_of(std::string_view(" \t\r\n\0", 5));
-	Text.resize(Last == std::string::npos ? 0 : Last + 1);
-	Text.resize(static_cast<std::size_t>(AlignedTo4(Text.size())), ' ');
-	return Text;
+	return Text.substr(0, Text.find_last_not_of(std::string_view(" \t\r\n\0", 5)) + 1);
 }
 
 FSceneStatus SendWords(const FByteSink& Sink, std::span<const std::uint32_t> Words)
@@ -38,7 +35,7 @@ public:
 	{
 		if (Content.Text)
 		{
-			Text = PaddedText(*Content.Text);
+			Text = WithoutPadding(*Content.Text);
 		}
 	}
 
@@ -64,8 +61,11 @@ public:
 			static_cast<std::uint32_t>(DeclaredLength()), static_cast<std::uint32_t>(TextLength()),
 			FGltfContainer::JsonChunk};
 		FSceneStatus Status = SendWords(Sink, Head);
-		const std::string& Source = Content.Text ? Text : Document.Json().Text();
+		const std::string_view Source = Content.Text ? Text : std::string_view(Document.Json().Text());
+		const std::string_view Padding =
+			std::string_view("   ").substr(0, Content.Text ? TextLength() - Text.size() : 0);
 		Status = Status ? Sink(std::as_bytes(std::span(Source))) : Status;
+		Status = Status ? Sink(std::as_bytes(std::span(Padding))) : Status;
 		if (Status && Content.bNewChunk)
 		{
 			Status = SendPlanned(Sink, {});
@@ -87,7 +87,7 @@ public:
 	}
 
 private:
-	std::uint64_t TextLength() const { return Content.Text ? Text.size() : File.JsonChunkLength; }
+	std::uint64_t TextLength() const { return Content.Text ? AlignedTo4(Text.size()) : File.JsonChunkLength; }
 
 	bool IsPlanned(std::size_t Chunk) const
 	{
@@ -114,7 +114,7 @@ private:
 	const FGltfDocument& Document;
 	const FSceneContent& Content;
 	const FGltfContainer& File;
-	std::string Text;
+	std::string_view Text;
 };
 
 bool IsUnchanged(const FSceneContent& Content)

@@ -119,6 +119,12 @@ void FJsonEdit::SpliceAdded(FJsonIndex Container, const FContainerEdit& Edit, st
 		Colon = std::string_view(Source).substr(KeyEnd, Text->Span(Value).Begin - KeyEnd);
 	}
 	FSplice Splice;
+	std::size_t Size = 0;
+	for (const auto& [Key, NewText] : Edit.Added)
+	{
+		Size += Key.size() + NewText.size() + Blanks.size() + Colon.size() + 3;
+	}
+	Splice.Owned.reserve(Size);
 	for (const auto& [Key, NewText] : Edit.Added)
 	{
 		const bool bFirst = Splice.Owned.empty();

@@ -2,7 +2,12 @@
 #include "SceneIO/NewElements.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
+
+#include <tbb/blocked_range.h>
+#include <tbb/parallel_for.h>
+#include <tbb/parallel_reduce.h>
 
 namespace
 {
@@ -20,7 +25,6 @@ FNewElementsPtr FromNumbers(std::vector<float> Values, EGltfType Type, EGltfComp
 		const std::size_t Begin = static_cast<std::size_t>(First) * ComponentCount(Type);
 		WriteComponents(std::span(Numbers).subspan(Begin, Components), Component, bNormalized, Bytes);
 	};
-	NewElements::MeasureBounds(*Out);
 	return Out;
 }
 
@@ -61,7 +65,6 @@ FNewElementsPtr NewElements::FromView(const FElementView& View)
 			std::memcpy(Bytes.data() + I * Size, View.Element(Begin + I), Size);
 		}
 	};
-	MeasureBounds(*Out);
 	return Out;
 }
 
@@ -87,19 +90,43 @@ FNewElementsPtr NewElements::FromIndices(std::vector<std::uint32_t> Indices, std
 	return Out;
 }
 
-void NewElements::MeasureBounds(FNewElements& Elements)
+const FElementBounds& FNewElements::Bounds() const
 {
-	constexpr std::uint64_t ElementsAtATime = 4096;
-	Elements.Bounds = FElementBounds();
-	std::vector<std::byte> Bytes;
-	for (std::uint64_t First = 0; First < Elements.Count; First += ElementsAtATime)
+	if (Measured)
 	{
-		const std::uint64_t Count = std::min(ElementsAtATime, Elements.Count - First);
-		Bytes.resize(static_cast<std::size_t>(Count * Elements.ElementBytes()));
-		Elements.Produce(First, Bytes);
-		if (Elements.Type < EGltfType::Mat2)
-		{
-			Elements.Bounds.Add(Bytes, Elements.Component, Elements.Type);
-		}
+		return *Measured;
 	}
+	if (Type >= EGltfType::Mat2)
+	{
+		return Measured.emplace();
+	}
+	const auto Measure = [this](const tbb::blocked_range<std::uint64_t>& Range, FElementBounds So)
+	{
+		constexpr std::uint64_t ElementsAtATime = 1024;
+		std::array<std::byte, ElementsAtATime * 16> Buffer; // no element but a matrix is larger
+		for (std::uint64_t First = Range.begin(); First < Range.end(); First += ElementsAtATime)
+		{
+			const std::uint64_t Num = std::min(ElementsAtATime, Range.end() - First);
+			const std::span Bytes = std::span(Buffer).first(static_cast<std::size_t>(Num * ElementBytes()));
+			Produce(First, Bytes);
+			So.Add(Bytes, Component, Type);
+		}
+		return So;
+	};
+	const auto Join = [](FElementBounds A, const FElementBounds& B)
+	{
+		A.Add(B);
+		return A;
+	};
+	constexpr std::uint64_t TaskElements = 1u << 16;
+	const tbb::blocked_range<std::uint64_t> All(0, Count, TaskElements);
+	Measured = Count < 2 * TaskElements ? Measure(All, {}) : tbb::parallel_reduce(All, FElementBounds(), Measure, Join);
+	return *Measured;
+}
+
+void NewElements::MeasureAll(std::vector<const FNewElements*> Elements)
+{
+	std::ranges::sort(Elements);
+	Elements.erase(std::unique(Elements.begin(), Elements.end()), Elements.end());
+	tbb::parallel_for(std::size_t(0), Elements.size(), [&](std::size_t Index) { (void)Elements[Index]->Bounds(); });
 }

@@ -27,13 +27,18 @@ struct FNewElements
 	bool bNormalized = false;
 	EElementUse Use = EElementUse::Vertices;
 	std::uint64_t Count = 0;
-	FElementBounds Bounds; ///< of exactly what Produce gives; empty Min and Max where none are to be written
 
-	/// Writes the elements from `First` on, without gaps, until `Out` is full. Called with whole elements only, and
-	/// possibly more than once for the same ones.
+	/// Writes the elements from `First` on, without gaps, until `Out` is full. Called with whole elements only,
+	/// possibly more than once for the same ones, and on several threads at once.
 	std::function<void(std::uint64_t First, std::span<std::byte> Out)> Produce;
 
+	/// Of exactly what Produce gives: measured when it is first asked for, which two threads must not do at once.
+	const FElementBounds& Bounds() const;
+
 	std::uint32_t ElementBytes() const { return ElementSize(Component, Type); }
+
+private:
+	mutable std::optional<FElementBounds> Measured;
 };
 
 /// Shared by every use that is to have the same elements: uses that share the pointer share the accessor that is
@@ -42,20 +47,20 @@ using FNewElementsPtr = std::shared_ptr<const FNewElements>;
 
 namespace NewElements
 {
-/// Stored as single-precision numbers, with bounds.
+/// Stored as single-precision numbers.
 FNewElementsPtr FromFloats(std::vector<float> Values, EGltfType Type);
 
 /// In the storage that `Like` has (component type, normalised or not) if it holds every value within `Tolerance`, else
-/// in single precision. Values that do not fit are never clamped. With bounds.
+/// in single precision. Values that do not fit are never clamped.
 FNewElementsPtr FromFloatsLike(const FGltfAccessor& Like, std::vector<float> Values, double Tolerance);
 
-/// As they are in memory, with bounds.
+/// As they are in memory.
 FNewElementsPtr FromView(const FElementView& View);
 
 /// Indices in the component type of `Preferred` if it holds them all (its largest value, which would mean "primitive
-/// restart", not counted), else in the smallest of 16 and 32 bits that does. Without bounds.
+/// restart", not counted), else in the smallest of 16 and 32 bits that does.
 FNewElementsPtr FromIndices(std::vector<std::uint32_t> Indices, std::optional<EGltfComponent> Preferred);
 
-/// Runs `Produce` over all elements and puts their bounds into the record.
-void MeasureBounds(FNewElements& Elements);
+/// Measures the bounds of all of them, so that they are known where they are asked for.
+void MeasureAll(std::vector<const FNewElements*> Elements);
 }

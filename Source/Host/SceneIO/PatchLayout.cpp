@@ -5,7 +5,6 @@
 #include "SceneIO/JsonWrite.h"
 
 #include <algorithm>
-#include <set>
 
 namespace
 {
@@ -22,18 +21,29 @@ FGltfIndex AccessorOf(const FGltfPrimitive& Primitive, const FGltfSlot& Slot)
 	return Attribute == nullptr ? NoIndex : Attribute->Accessor;
 }
 
-std::set<std::size_t> TouchedPrimitives(const FGltfMeshChange& Change)
+/// In ascending order, each once.
+std::vector<std::size_t> TouchedPrimitives(const FGltfMeshChange& Change)
 {
-	std::set<std::size_t> Out;
+	std::vector<std::size_t> Out;
 	for (const auto& [Slot, Elements] : Change.Elements)
 	{
-		Out.insert(Slot.Primitive);
+		if (Out.empty() || Out.back() != Slot.Primitive)
+		{
+			Out.push_back(Slot.Primitive);
+		}
 	}
 	for (const auto& [Primitive, Mode] : Change.Modes)
 	{
-		Out.insert(Primitive);
+		Out.push_back(Primitive);
 	}
+	std::ranges::sort(Out);
+	Out.erase(std::unique(Out.begin(), Out.end()), Out.end());
 	return Out;
+}
+
+bool Touches(const FGltfMeshChange& Change, std::size_t Primitive)
+{
+	return std::ranges::binary_search(TouchedPrimitives(Change), Primitive);
 }
 
 bool HasFormat(const FGltfAccessor& Accessor, const FNewElements& Elements)
@@ -60,21 +70,21 @@ std::uint64_t FBufferPiece::End() const
 	return Elements->Count == 0 ? Offset : Offset + (Elements->Count - 1) * Stride + Elements->ElementBytes();
 }
 
-FPatchLayout::FPatchLayout(const FGltfPatch& InPatch)
-	: Patch(InPatch)
-	, Document(InPatch.Document())
-	, Plan(InPatch.Edit)
-	, Viewers(InPatch.Document())
-	, Changes(InPatch.MeshChanges)
+FPatchLayout::FPatchLayout(FGltfPatch InPatch)
+	: Patch(std::move(InPatch))
+	, Document(Patch.Document())
+	, Plan(std::move(Patch.Edit))
+	, Viewers(Document)
+	, Changes(std::move(Patch.MeshChanges))
 {
 	for (const FNewElementsPtr& Elements : Patch.NewAccessors)
 	{
 		NewAccessorOf.emplace(Elements.get(), NewAccessors.size());
 		NewAccessors.push_back({Elements, true});
 	}
-	for (const FGltfPatch::FMeshCopy& Copy : Patch.MeshCopies)
+	for (FGltfPatch::FMeshCopy& Copy : Patch.MeshCopies)
 	{
-		CopyChanges.push_back(Copy.Change);
+		CopyChanges.push_back(std::move(Copy.Change));
 	}
 }
 
@@ -108,11 +118,11 @@ TSceneResult<FPatchPlan> FPatchLayout::Run()
 		EditMesh(CopyEdit, Copy.Mesh, CopyChanges[I]);
 		Copies.push_back(CopyEdit.Apply(Document.Mesh(Copy.Mesh).Json));
 	}
-	AppendList("meshes", Copies);
+	AppendList("meshes", std::move(Copies));
 	PlaceNewAccessors();
-	for (const auto& [List, Texts] : Patch.Appended)
+	for (auto& [List, Texts] : Patch.Appended)
 	{
-		AppendList(List, Texts);
+		AppendList(List, std::move(Texts));
 	}
 	for (const auto& [Node, Children] : Patch.NewChildren)
 	{
@@ -137,7 +147,7 @@ TSceneResult<FPatchPlan> FPatchLayout::Run()
 	std::vector<std::string> Names;
 	std::transform(
 		Patch.NewExtensions.begin(), Patch.NewExtensions.end(), std::back_inserter(Names), JsonWrite::String);
-	AppendList("extensionsUsed", Names);
+	AppendList("extensionsUsed", std::move(Names));
 	for (auto& [Buffer, BufferPlan] : Plan.Buffers)
 	{
 		std::sort(BufferPlan.Pieces.begin(), BufferPlan.Pieces.end(),
@@ -188,23 +198,23 @@ void FPatchLayout::ForgetDraco()
 	for (std::size_t Mesh = 0; Mesh < Document.Model().Meshes.size(); ++Mesh)
 	{
 		const auto Change = Changes.find(static_cast<FGltfIndex>(Mesh));
-		const std::set<std::size_t> Touched =
-			Change == Changes.end() ? std::set<std::size_t>() : TouchedPrimitives(Change->second);
 		for (std::size_t I = 0; I < Document.Model().Meshes[Mesh].Primitives.size(); ++I)
 		{
-			const bool bCompressed = Document.Model().Meshes[Mesh].Primitives[I].Draco.has_value();
-			Removed += bCompressed && Touched.contains(I) ? 1u : 0u;
-			bAnyLeft = bAnyLeft || (bCompressed && !Touched.contains(I));
+			if (Document.Model().Meshes[Mesh].Primitives[I].Draco)
+			{
+				const bool bPlain = Change != Changes.end() && Touches(Change->second, I);
+				Removed += bPlain ? 1u : 0u;
+				bAnyLeft = bAnyLeft || !bPlain;
+			}
 		}
 	}
 	// A copy is only compressed where its original was; an original that became plain may still have a compressed copy.
 	for (std::size_t I = 0; I < CopyChanges.size(); ++I)
 	{
-		const std::set<std::size_t> Touched = TouchedPrimitives(CopyChanges[I]);
 		const std::vector<FGltfPrimitive>& Primitives = Document.Mesh(Patch.MeshCopies[I].Mesh).Primitives;
 		for (std::size_t P = 0; P < Primitives.size(); ++P)
 		{
-			bAnyLeft = bAnyLeft || (Primitives[P].Draco && !Touched.contains(P));
+			bAnyLeft = bAnyLeft || (Primitives[P].Draco && !Touches(CopyChanges[I], P));
 		}
 	}
 	if (Removed == 0 || bAnyLeft)
@@ -275,12 +285,18 @@ void FPatchLayout::WriteInPlace()
 			}
 		}
 	}
+	std::erase_if(ByAccessor, [this](const auto& Entry) { return !MayWriteOver(Entry.first, Entry.second); });
+	std::vector<const FNewElements*> Bounded;
 	for (const auto& [Accessor, Uses] : ByAccessor)
 	{
-		if (!MayWriteOver(Accessor, Uses))
+		if (Uses.front().Slot.Semantic == "POSITION" || Document.Accessor(Accessor).Min != NoJson)
 		{
-			continue;
+			Bounded.push_back(Uses.front().Elements.get());
 		}
+	}
+	NewElements::MeasureAll(std::move(Bounded));
+	for (const auto& [Accessor, Uses] : ByAccessor)
+	{
 		// The first user keeps the accessor; another one with other elements gets one of its own.
 		const FNewElementsPtr& Elements = Uses.front().Elements;
 		bool bPosition = false;
@@ -317,12 +333,8 @@ void FPatchLayout::WriteOver(FGltfIndex Accessor, const FNewElementsPtr& Element
 void FPatchLayout::SetBounds(FGltfIndex Accessor, const FNewElements& Elements, bool bPosition)
 {
 	const FGltfAccessor& Record = Document.Accessor(Accessor);
-	FNewElements Measured = Elements;
-	if (Measured.Bounds.Min.empty() && (Record.Min != NoJson || Record.Max != NoJson || bPosition))
-	{
-		NewElements::MeasureBounds(Measured);
-	}
-	if (!Measured.Bounds.bFinite)
+	const bool bWanted = Record.Min != NoJson || Record.Max != NoJson || bPosition;
+	if (!bWanted || !Elements.Bounds().bFinite)
 	{
 		return;
 	}
@@ -348,8 +360,8 @@ void FPatchLayout::SetBounds(FGltfIndex Accessor, const FNewElements& Elements, 
 			Plan.Edit.SetMember(Record.Json, Key, BoundsText(Values, Record.Component));
 		}
 	};
-	Set("min", Record.Min, Measured.Bounds.Min);
-	Set("max", Record.Max, Measured.Bounds.Max);
+	Set("min", Record.Min, Elements.Bounds().Min);
+	Set("max", Record.Max, Elements.Bounds().Max);
 }
 
 void FPatchLayout::EditMesh(FJsonEdit& Edit, FGltfIndex Mesh, const FGltfMeshChange& Change)
@@ -411,7 +423,7 @@ FGltfIndex FPatchLayout::AccessorFor(const FNewElementsPtr& Elements, bool bBoun
 	return static_cast<FGltfIndex>(Document.Model().Accessors.size() + Found->second);
 }
 
-void FPatchLayout::AppendList(std::string_view List, const std::vector<std::string>& Texts)
+void FPatchLayout::AppendList(std::string_view List, std::vector<std::string> Texts)
 {
 	if (Texts.empty())
 	{
@@ -420,11 +432,11 @@ void FPatchLayout::AppendList(std::string_view List, const std::vector<std::stri
 	const FJsonText& Json = Document.Json();
 	const FJsonIndex Array = Json.Find(Json.Root(), List);
 	std::string Joined;
-	for (const std::string& Text : Texts)
+	for (std::string& Text : Texts)
 	{
 		if (Array != NoJson)
 		{
-			Plan.Edit.AppendElement(Array, Text);
+			Plan.Edit.AppendElement(Array, std::move(Text));
 		}
 		else
 		{

@@ -45,7 +45,7 @@ struct FPatchPlan
 class FPatchLayout
 {
 public:
-	explicit FPatchLayout(const FGltfPatch& InPatch);
+	explicit FPatchLayout(FGltfPatch InPatch);
 
 	/// Fails where a compressed primitive that changes cannot be decompressed.
 	TSceneResult<FPatchPlan> Run();
@@ -72,9 +72,9 @@ private:
 	void PlaceNewAccessors();
 	FGltfIndex PickBuffer();
 	FBufferPlan& PlanFor(FGltfIndex Buffer);
-	void AppendList(std::string_view List, const std::vector<std::string>& Texts);
+	void AppendList(std::string_view List, std::vector<std::string> Texts);
 
-	const FGltfPatch& Patch;
+	FGltfPatch Patch; ///< but for what stands below
 	const FGltfDocument& Document;
 	FPatchPlan Plan;
 	FByteViewers Viewers;

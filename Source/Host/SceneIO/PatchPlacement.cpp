@@ -72,10 +72,10 @@ std::string AccessorText(const FNewElements& Elements, std::uint64_t View, std::
 	{
 		Text += ",\"normalized\":true";
 	}
-	if (bBounds && Elements.Bounds.bFinite)
+	if (bBounds && Elements.Bounds().bFinite)
 	{
-		Text += BoundText("min", Elements.Bounds.Min, Elements.Component);
-		Text += BoundText("max", Elements.Bounds.Max, Elements.Component);
+		Text += BoundText("min", Elements.Bounds().Min, Elements.Component);
+		Text += BoundText("max", Elements.Bounds().Max, Elements.Component);
 	}
 	return Text + "}";
 }
@@ -130,6 +130,15 @@ void FPatchLayout::PlaceNewAccessors()
 	{
 		return;
 	}
+	std::vector<const FNewElements*> Bounded;
+	for (const FNewAccessor& Accessor : NewAccessors)
+	{
+		if (Accessor.bBounds)
+		{
+			Bounded.push_back(Accessor.Elements.get());
+		}
+	}
+	NewElements::MeasureAll(std::move(Bounded));
 	const FGltfIndex Buffer = PickBuffer();
 	FBufferPlan& BufferPlan = PlanFor(Buffer);
 	std::vector<FNewView> Views;
@@ -171,6 +180,6 @@ void FPatchLayout::PlaceNewAccessors()
 	{
 		ViewTexts.push_back(ViewText(View, Buffer));
 	}
-	AppendList("accessors", AccessorTexts);
-	AppendList("bufferViews", ViewTexts);
+	AppendList("accessors", std::move(AccessorTexts));
+	AppendList("bufferViews", std::move(ViewTexts));
 }

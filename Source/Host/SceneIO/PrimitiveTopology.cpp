@@ -53,6 +53,27 @@ std::vector<std::uint32_t> PrimitiveTopology::TriangleList(EGltfMode Mode, std::
 	return Out;
 }
 
+bool PrimitiveTopology::HasSides(EGltfMode Mode, std::span<const std::uint32_t> Indices)
+{
+	if (!HasTriangles(Mode))
+	{
+		return false;
+	}
+	const bool bFan = Mode == EGltfMode::TriangleFan;
+	const std::size_t Step = Mode == EGltfMode::Triangles ? 3 : 1;
+	for (std::size_t I = 0; I + 2 < Indices.size(); I += Step)
+	{
+		const std::uint32_t A = Indices[bFan ? 0 : I];
+		const std::uint32_t B = Indices[I + 1];
+		const std::uint32_t C = Indices[I + 2];
+		if (A != B && B != C && C != A)
+		{
+			return true;
+		}
+	}
+	return false;
+}
+
 std::vector<std::uint32_t> PrimitiveTopology::Flipped(EGltfMode Mode, std::span<const std::uint32_t> Indices)
 {
 	std::vector<std::uint32_t> Out(Indices.begin(), Indices.end());

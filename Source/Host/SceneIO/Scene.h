@@ -9,6 +9,7 @@
 #include "SceneIO/SceneMeshData.h"
 
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -81,6 +82,9 @@ public:
 
 	/// The source geometry that was read from a mesh of the file. Never null.
 	const TSharedPtr<const FSceneMeshData>& MeshData(FGltfIndex Mesh) const { return Data[std::size_t(Mesh)]; }
+
+	/// Reads through the levels and HiRes sources of these meshes' assets, on all cores: see FSceneMeshData::ReadAhead.
+	void ReadAhead(const std::set<FGltfIndex>& Meshes) const;
 
 	/// The node's name, or "node 7" where it has none.
 	FString NodeName(FGltfIndex Index) const;

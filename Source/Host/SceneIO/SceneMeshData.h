@@ -2,47 +2,26 @@
 #pragma once
 
 #include "MeshDescription/MeshBulkData.h"
-#include "SceneIO/GltfDocument.h"
 #include "SceneIO/GltfPatch.h"
+#include "SceneIO/SceneMeshSource.h"
 
 #include <memory>
-#include <string>
-#include <vector>
 
-/// Vertices of a mesh of the file that share their accessors, and where they stand in its description.
-struct FSceneVertexBlock
-{
-	FGltfIndex Position = NoIndex;
-	FGltfIndex Normal = NoIndex;
-	FGltfIndex Tangent = NoIndex;
-	int32 FirstSlot = 0;
-	int32 Count = 0;
-	std::vector<std::size_t> Primitives; ///< that draw them
-};
-
-/// How a mesh of the file becomes a description: one vertex, and one vertex instance of the same number, for each
-/// vertex of the file; one polygon group for each primitive; triangle lists. Known without decoding anything.
-struct FSceneMeshLayout
-{
-	std::vector<FSceneVertexBlock> Blocks;
-	std::vector<std::size_t> BlockOfPrimitive;
-	int64 NumSlots = 0;
-	bool bHasNormals = false;
-	bool bHasTangents = false;
-};
-
-FSceneMeshLayout MakeMeshLayout(const FGltfDocument& Document, FGltfIndex Mesh);
-
-/// Source geometry that stands in a scene file. It is decoded when it is asked for, and takes no memory before.
+/// Source geometry that stands in a scene file. It is read when it is asked for, and takes no memory before.
 class FSceneMeshData final : public FMeshBulkData
 {
 public:
 	FSceneMeshData(std::shared_ptr<const FGltfDocument> InDocument, FGltfIndex InMesh);
 
-	/// The description, or the sentence that says why the file's data cannot be decoded.
+	/// The description, or the sentence that says why the file's data cannot be decoded. Elements are taken in at the
+	/// first look, but for compressed ones.
 	TSceneResult<TSharedPtr<FMeshDescription>> TryDecode() const;
 
 	TSharedPtr<FMeshDescription> Decode() const override;
+
+	/// Reads through the data now, so that TryDecode need not. May run on several threads, each for other data.
+	void ReadAhead() const;
+
 	bool IsEmpty() const override { return Layout.NumSlots == 0; }
 	int32 NumVertices() const override { return int32(Layout.NumSlots); }
 	uint64 MemoryBytes() const override { return sizeof(*this); }
@@ -50,13 +29,22 @@ public:
 	FGltfIndex GetMesh() const { return Mesh; }
 	const FSceneMeshLayout& GetLayout() const { return Layout; }
 
+	/// True for a description that was made from this data and has as many vertices, whatever was done to them.
+	bool IsSourceOf(const FMeshDescription& Description) const;
+
 	/// What the file must become for the mesh to be `Edited`, which came from this data: positions, normals and
-	/// tangents, and, where the triangles were turned over, indices. `Original` is this data's own description.
-	/// Vertices that the mesh does not use keep their values.
-	TSceneResult<FGltfMeshChange> MakeChange(const FMeshDescription& Original, const FMeshDescription& Edited) const;
+	/// tangents, and, where the triangles were turned over, indices. Vertices that the mesh does not use keep their
+	/// values. Fails where what is in the file cannot be decoded any more.
+	TSceneResult<FGltfMeshChange> MakeChange(const FMeshDescription& Edited) const;
 
 private:
+	TSceneResult<std::shared_ptr<const FSceneMeshSource>> OpenSource() const;
+	FGltfMeshChange CompareElements(const FMeshDescription& Original, const FMeshDescription& Edited) const;
+	FGltfMeshChange TransformElements(const std::shared_ptr<const FDeferredMesh>& Deferred) const;
+	FSceneStatus TurnOver(FGltfMeshChange& Change) const;
+
 	std::shared_ptr<const FGltfDocument> Document;
 	FGltfIndex Mesh;
 	FSceneMeshLayout Layout;
+	mutable std::shared_ptr<const FSceneMeshSource> Source; ///< once it was read through
 };

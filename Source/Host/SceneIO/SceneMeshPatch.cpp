@@ -56,8 +56,7 @@ bool FSceneMeshPatch::ComesFrom(FGltfIndex Mesh, const UStaticMesh& Asset) const
 		const TSharedPtr<const FMeshBulkData>& Data = Asset.GetSourceModel(Lod).GetBulkData();
 		const FSceneMeshData& Original = *Scene.MeshData(Lods[Lod]);
 		const FMeshDescription* const Edited = Data.IsValid() ? Data->GetDescription() : nullptr;
-		bSame = Data.Get() == &Original ||
-				(Edited && int64(Edited->GetVertexPositions().size()) == Original.GetLayout().NumSlots);
+		bSame = Data.Get() == &Original || (Edited && Original.IsSourceOf(*Edited));
 	}
 	return bSame;
 }
@@ -110,14 +109,9 @@ TSceneResult<FGltfMeshChange> FSceneMeshPatch::MakeChange(FGltfIndex Source, con
 	{
 		return FGltfMeshChange();
 	}
-	TSceneResult<TSharedPtr<FMeshDescription>> Original = Data->TryDecode();
-	if (!Original)
-	{
-		return Original.Error();
-	}
 	const FMeshDescription* const Edited = Model.Read();
 	check(Edited);
-	return Data->MakeChange(**Original, *Edited);
+	return Data->MakeChange(*Edited);
 }
 
 /// Adds what the project's own extension of the mesh must say: sockets and collision, and another mesh for a

@@ -142,5 +142,5 @@ TSceneResult<FSaveReport> SaveScene(const FScene& Scene, const std::string& Path
 	{
 		return Patch.Error();
 	}
-	return SaveGltf(*Patch, Path);
+	return SaveGltf(Patch.Take(), Path);
 }

@@ -122,6 +122,12 @@ private:
 	/// What cannot be decoded must be known before anything changes.
 	bool Decode(const std::vector<FGltfIndex>& Nodes)
 	{
+		std::set<FGltfIndex> Meshes;
+		for (const FGltfIndex Node : Nodes)
+		{
+			Meshes.insert(Scene->Document()->Node(Node).Mesh);
+		}
+		Scene->ReadAhead(Meshes);
 		for (const FGltfIndex Node : Nodes)
 		{
 			const FGltfIndex Mesh = Scene->Document()->Node(Node).Mesh;
@@ -226,13 +232,13 @@ private:
 	/// Of all vertices of all levels; NaN is none.
 	static double LargestCoordinate(const UStaticMesh& Asset)
 	{
-		float Largest = 0.f;
+		double Largest = 0.0;
 		const auto Take = [&Largest](const FMeshDescription* Description)
 		{
-			for (const FVector3f& Position :
-				Description ? Description->GetVertexPositions() : std::span<const FVector3f>())
+			const FBox Box = Description ? Description->ComputeBoundingBox() : FBox();
+			if (Box.IsValid)
 			{
-				Largest = std::max({Largest, std::abs(Position.X), std::abs(Position.Y), std::abs(Position.Z)});
+				Largest = std::max({Largest, Box.Min.GetAbs().GetMax(), Box.Max.GetAbs().GetMax()});
 			}
 		};
 		for (int32 Lod = 0; Lod < Asset.GetNumSourceModels(); ++Lod)
@@ -240,7 +246,7 @@ private:
 			Take(Asset.GetMeshDescription(Lod));
 		}
 		Take(Asset.GetHiResMeshDescription());
-		return double(Largest);
+		return Largest;
 	}
 
 	bool Undecodable(FGltfIndex Mesh)

@@ -207,20 +207,20 @@ TEST(NewElements, ValuesThatDoNotFitBecomeSinglePrecision)
 	const FNewElementsPtr Fits = NewElements::FromFloatsLike(Like, {1, 0, -1}, 1e-6);
 	EXPECT_EQ(Fits->Component, EGltfComponent::Short);
 	EXPECT_TRUE(Fits->bNormalized);
-	EXPECT_THAT(Fits->Bounds.Min, ElementsAre(32767, 0, -32767));
+	EXPECT_THAT(Fits->Bounds().Min, ElementsAre(32767, 0, -32767));
 	const FNewElementsPtr Beyond = NewElements::FromFloatsLike(Like, {1, 0, -1.25f}, 1e-6);
 	EXPECT_EQ(Beyond->Component, EGltfComponent::Float);
 	EXPECT_FALSE(Beyond->bNormalized);
-	EXPECT_THAT(Beyond->Bounds.Max, ElementsAre(1, 0, -1.25));
+	EXPECT_THAT(Beyond->Bounds().Max, ElementsAre(1, 0, -1.25));
 }
 
 TEST(NewElements, BoundsLeaveOutNanAndSayWhereTheyAreNotFinite)
 {
 	const FNewElementsPtr Some = NewElements::FromFloats({1, NAN, 3, -5, 2, 7}, EGltfType::Vec3);
-	EXPECT_TRUE(Some->Bounds.bFinite);
-	EXPECT_THAT(Some->Bounds.Min, ElementsAre(-5, 2, 3));
-	EXPECT_FALSE(NewElements::FromFloats({NAN, 0, 0}, EGltfType::Vec3)->Bounds.bFinite);
-	EXPECT_FALSE(NewElements::FromFloats({INFINITY, 0, 0}, EGltfType::Vec3)->Bounds.bFinite);
+	EXPECT_TRUE(Some->Bounds().bFinite);
+	EXPECT_THAT(Some->Bounds().Min, ElementsAre(-5, 2, 3));
+	EXPECT_FALSE(NewElements::FromFloats({NAN, 0, 0}, EGltfType::Vec3)->Bounds().bFinite);
+	EXPECT_FALSE(NewElements::FromFloats({INFINITY, 0, 0}, EGltfType::Vec3)->Bounds().bFinite);
 }
 
 TEST(NewElements, IndicesTakeTheSmallestTypeThatHoldsThem)
