@@ -1,3 +1,3 @@
 # SPDX-License-Identifier: MIT
-# Target: TBB::tbb
+# Targets: TBB::tbb, TBB::tbbmalloc_proxy
 find_package(TBB CONFIG REQUIRED)

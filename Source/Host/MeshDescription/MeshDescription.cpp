@@ -73,7 +73,7 @@ FBox FMeshDescription::ComputeBoundingBox() const
 {
 	if (Deferred)
 	{
-		return Deferred->Source->ComputeBoundingBox(Deferred->Transforms);
+		return Deferred->Source->Measure(Deferred->Transforms).Bounds;
 	}
 	const TMeshArray<FVector3f>& Positions = Taken.Positions;
 	FVector3f Min = MeshTransformKernels::EmptyMin;
@@ -90,6 +90,26 @@ FBox FMeshDescription::ComputeBoundingBox() const
 		}
 	}
 	return MeshTransformKernels::MakeBox(Min, Max);
+}
+
+int32 FMeshDescription::CountNonFiniteVertices() const
+{
+	if (Deferred)
+	{
+		return Deferred->Source->Measure(Deferred->Transforms).NumNonFinite;
+	}
+	const std::size_t InSlots = MeshTransformKernels::CountNonFinite(Taken.Positions.data(), Taken.Positions.size());
+	if (InSlots == 0 || !Taken.VertexSlots.HasGaps())
+	{
+		return static_cast<int32>(InSlots);
+	}
+	// Slots without a vertex hold anything.
+	int32 Count = 0;
+	for (const FVertexID Vertex : Vertices().GetElementIDs())
+	{
+		Count += GetVertexPosition(Vertex).ContainsNaN() ? 1 : 0;
+	}
+	return Count;
 }
 
 bool FMeshDescription::IsConsistent() const

@@ -179,6 +179,9 @@ public:
 	/// no numbers are left out.
 	FBox ComputeBoundingBox() const;
 
+	/// Vertices with a coordinate that is infinite or no number.
+	int32 CountNonFiniteVertices() const;
+
 	/// True when every triangle, instance and group that is referred to exists.
 	bool IsConsistent() const;
 

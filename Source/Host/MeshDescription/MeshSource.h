@@ -10,6 +10,13 @@
 
 class FMeshDescription;
 
+/// Where the vertices of a mesh are.
+struct FMeshMeasure
+{
+	FBox Bounds;            ///< see FMeshDescription::ComputeBoundingBox
+	int32 NumNonFinite = 0; ///< see FMeshDescription::CountNonFiniteVertices
+};
+
 /// Geometry that can be taken in later: immutable, always the same, and known to be readable.
 class FMeshSource
 {
@@ -21,8 +28,8 @@ public:
 
 	virtual int32 NumVertices() const = 0;
 
-	/// The box that FMeshDescription::ComputeBoundingBox gives once the transforms are applied, in their order.
-	virtual FBox ComputeBoundingBox(std::span<const FMeshTransform> Transforms) const = 0;
+	/// What the positions are like once the transforms are applied, in their order.
+	virtual FMeshMeasure Measure(std::span<const FMeshTransform> Transforms) const = 0;
 
 protected:
 	FMeshSource() = default;

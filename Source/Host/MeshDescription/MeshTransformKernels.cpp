@@ -252,6 +252,18 @@ void MeshTransformKernels::GrowBounds(const FVector3f* Points, std::size_t Num, 
 	HWY_DYNAMIC_DISPATCH(GrowBounds)(Points, Num, Min, Max);
 }
 
+std::size_t MeshTransformKernels::CountNonFinite(const FVector3f* Points, std::size_t Num)
+{
+	std::size_t Count = 0;
+	for (std::size_t Index = 0; Index < Num; ++Index)
+	{
+		// Zero times a number is zero, whatever the number; times anything else it is no number.
+		const FVector3f& P = Points[Index];
+		Count += P.X * 0.f + P.Y * 0.f + P.Z * 0.f == 0.f ? 0u : 1u;
+	}
+	return Count;
+}
+
 void MeshTransformKernels::NegateSigns(float* Signs, std::size_t Num)
 {
 	for (std::size_t Index = 0; Index < Num; ++Index)

@@ -47,6 +47,9 @@ inline void GrowBoundsByPoint(const FVector3f& Point, FVector3f& Min, FVector3f&
 /// As GrowBoundsByPoint, for all of the points.
 void GrowBounds(const FVector3f* Points, std::size_t Num, FVector3f& Min, FVector3f& Max);
 
+/// Points with a coordinate that is infinite or no number.
+std::size_t CountNonFinite(const FVector3f* Points, std::size_t Num);
+
 /// The bounds as a box, which is invalid when no coordinate was a number.
 inline FBox MakeBox(const FVector3f& Min, const FVector3f& Max)
 {

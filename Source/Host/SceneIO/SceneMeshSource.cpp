@@ -36,7 +36,7 @@ void ForPieces(std::size_t Count, const TTake& Take)
 /// By ESceneAttribute.
 constexpr std::array<std::string_view, 3> Semantics = {"POSITION", "NORMAL", "TANGENT"};
 
-std::size_t NumComponents(ESceneAttribute Which)
+constexpr std::size_t NumComponents(ESceneAttribute Which)
 {
 	return Which == ESceneAttribute::Tangent ? 4 : 3;
 }
@@ -136,7 +136,7 @@ FSceneStatus FSceneMeshSource::ReadThrough()
 	}
 	Used.Append(int32(Layout.NumSlots));
 	Used.AllocateOnly(bUsed);
-	Bounds = ComputeBoundingBox({});
+	Untransformed = Measure({});
 	return {};
 }
 
@@ -168,8 +168,15 @@ void FSceneMeshSource::Fill(FMeshDescription& Empty) const
 	}
 }
 
-void FSceneMeshSource::GrowBounds(std::size_t Block, std::size_t First, std::size_t Count,
-	std::span<const FMeshTransform> Transforms, FVector3f& Min, FVector3f& Max) const
+struct FSceneMeshSource::FExtremes
+{
+	FVector3f Min = MeshTransformKernels::EmptyMin;
+	FVector3f Max = MeshTransformKernels::EmptyMax;
+	std::size_t NumNonFinite = 0;
+};
+
+void FSceneMeshSource::Grow(FExtremes& Extremes, std::size_t Block, std::size_t First, std::size_t Count,
+	std::span<const FMeshTransform> Transforms) const
 {
 	std::array<FVector3f, ChunkElements> Buffer;
 	const std::span<FVector3f> Points = std::span(Buffer).first(Count);
@@ -186,49 +193,49 @@ void FSceneMeshSource::GrowBounds(std::size_t Block, std::size_t First, std::siz
 	{
 		Transform.TransformPositions(Points.first(NumUsed));
 	}
-	MeshTransformKernels::GrowBounds(Points.data(), NumUsed, Min, Max);
+	MeshTransformKernels::GrowBounds(Points.data(), NumUsed, Extremes.Min, Extremes.Max);
+	Extremes.NumNonFinite += MeshTransformKernels::CountNonFinite(Points.data(), NumUsed);
 }
 
-FBox FSceneMeshSource::ComputeBoundingBox(std::span<const FMeshTransform> Transforms) const
+FMeshMeasure FSceneMeshSource::Measure(std::span<const FMeshTransform> Transforms) const
 {
-	if (Transforms.empty() && Bounds.IsValid)
+	if (Transforms.empty() && Untransformed)
 	{
-		return Bounds;
+		return *Untransformed;
 	}
-	struct FExtremes
-	{
-		FVector3f Min = MeshTransformKernels::EmptyMin;
-		FVector3f Max = MeshTransformKernels::EmptyMax;
-	};
 	FExtremes All;
 	for (std::size_t Block = 0; Block < Views.size(); ++Block)
 	{
+		const auto GrowBy = [&](const tbb::blocked_range<std::size_t>& Range, FExtremes So)
+		{
+			ForPieces(Range.size(), [&](std::size_t First, std::size_t Count)
+				{ Grow(So, Block, Range.begin() + First, Count, Transforms); });
+			return So;
+		};
+		const auto Join = [](FExtremes A, const FExtremes& B)
+		{
+			// Where B has no point, its least is the greatest number, and the other way round.
+			A.Min = {std::min(A.Min.X, B.Min.X), std::min(A.Min.Y, B.Min.Y), std::min(A.Min.Z, B.Min.Z)};
+			A.Max = {std::max(A.Max.X, B.Max.X), std::max(A.Max.Y, B.Max.Y), std::max(A.Max.Z, B.Max.Z)};
+			A.NumNonFinite += B.NumNonFinite;
+			return A;
+		};
 		const tbb::blocked_range<std::size_t> Elements(0, NumElements(Block), TaskElements);
-		All = tbb::parallel_reduce(
-			Elements, All,
-			[&](const tbb::blocked_range<std::size_t>& Range, FExtremes So)
-			{
-				ForPieces(Range.size(), [&](std::size_t First, std::size_t Count)
-					{ GrowBounds(Block, Range.begin() + First, Count, Transforms, So.Min, So.Max); });
-				return So;
-			},
-			[](FExtremes A, const FExtremes& B)
-			{
-				MeshTransformKernels::GrowBoundsByPoint(B.Min, A.Min, A.Max);
-				MeshTransformKernels::GrowBoundsByPoint(B.Max, A.Min, A.Max);
-				return A;
-			});
+		All = Join(All, Elements.is_divisible() ? tbb::parallel_reduce(Elements, FExtremes(), GrowBy, Join)
+												: GrowBy(Elements, FExtremes()));
 	}
-	return MeshTransformKernels::MakeBox(All.Min, All.Max);
+	return {MeshTransformKernels::MakeBox(All.Min, All.Max), int32(All.NumNonFinite)};
 }
 
-void FSceneMeshSource::Read(ESceneAttribute Which, std::size_t Block, std::span<const FMeshTransform> Transforms,
-	std::size_t First, std::span<float> Out) const
+template <ESceneAttribute Which>
+void FSceneMeshSource::ReadAs(
+	std::size_t Block, std::span<const FMeshTransform> Transforms, std::size_t First, std::span<float> Out) const
 {
+	constexpr std::size_t Size = NumComponents(Which);
 	ReadComponents(ViewOf(Which, Block), First, Out);
-	const std::size_t Size = NumComponents(Which);
 	const bool bNegatesSign =
 		Which == ESceneAttribute::Tangent && std::ranges::count_if(Transforms, &FMeshTransform::Mirrors) % 2 == 1;
+	const bool bAllUsed = !Used.HasGaps();
 	std::array<FVector3f, ChunkElements> Buffer;
 	ForPieces(Out.size() / Size,
 		[&](std::size_t From, std::size_t Count)
@@ -242,7 +249,6 @@ void FSceneMeshSource::Read(ESceneAttribute Which, std::size_t Block, std::span<
 			{
 				Apply(Which, Transform, std::span(Buffer).first(Count));
 			}
-			const bool bAllUsed = !Used.HasGaps();
 			for (std::size_t Index = 0; Index < Count; ++Index)
 			{
 				if (bAllUsed || IsUsed(Block, First + From + Index))
@@ -251,11 +257,25 @@ void FSceneMeshSource::Read(ESceneAttribute Which, std::size_t Block, std::span<
 					std::ranges::copy(ToFile(Which, Buffer[Index]), Element);
 					if (bNegatesSign)
 					{
-						Element[3] = -Element[3];
+						Element[Size - 1] = -Element[Size - 1];
 					}
 				}
 			}
 		});
+}
+
+void FSceneMeshSource::Read(ESceneAttribute Which, std::size_t Block, std::span<const FMeshTransform> Transforms,
+	std::size_t First, std::span<float> Out) const
+{
+	switch (Which)
+	{
+	case ESceneAttribute::Position:
+		return ReadAs<ESceneAttribute::Position>(Block, Transforms, First, Out);
+	case ESceneAttribute::Normal:
+		return ReadAs<ESceneAttribute::Normal>(Block, Transforms, First, Out);
+	case ESceneAttribute::Tangent:
+		return ReadAs<ESceneAttribute::Tangent>(Block, Transforms, First, Out);
+	}
 }
 
 bool FSceneMeshSource::Changes(
@@ -267,7 +287,8 @@ bool FSceneMeshSource::Changes(
 	for (std::size_t First = 0; First < Count; First += ChunkElements)
 	{
 		const std::size_t Num = std::min(ChunkElements, Count - First) * NumComponents(Which);
-		ReadComponents(ViewOf(Which, Block), First, std::span(Old).first(Num));
+		// On the same road: the two spaces need not agree on the bits of what is no number.
+		Read(Which, Block, {}, First, std::span(Old).first(Num));
 		Read(Which, Block, Transforms, First, std::span(New).first(Num));
 		if (std::memcmp(Old.data(), New.data(), Num * sizeof(float)) != 0)
 		{

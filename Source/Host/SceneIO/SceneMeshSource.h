@@ -7,6 +7,7 @@
 
 #include <array>
 #include <memory>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -34,7 +35,7 @@ public:
 	/// FGltfDocument::CheckIntact fails, too.
 	void Fill(FMeshDescription& Empty) const override;
 	int32 NumVertices() const override { return Used.GetNumAllocated(); }
-	FBox ComputeBoundingBox(std::span<const FMeshTransform> Transforms) const override;
+	FMeshMeasure Measure(std::span<const FMeshTransform> Transforms) const override;
 
 	std::size_t NumElements(std::size_t Block) const { return std::size_t(Layout.Blocks[Block].Count); }
 
@@ -54,8 +55,12 @@ private:
 		const std::shared_ptr<const FGltfDocument>& InDocument, FGltfIndex InMesh, const FSceneMeshLayout& InLayout);
 	FSceneStatus ReadThrough();
 	FSceneStatus MarkUsed(std::size_t Primitive, std::vector<uint8>& bUsed) const;
-	void GrowBounds(std::size_t Block, std::size_t First, std::size_t Count, std::span<const FMeshTransform> Transforms,
-		FVector3f& Min, FVector3f& Max) const;
+	template <ESceneAttribute Which>
+	void ReadAs(
+		std::size_t Block, std::span<const FMeshTransform> Transforms, std::size_t First, std::span<float> Out) const;
+	struct FExtremes;
+	void Grow(FExtremes& Extremes, std::size_t Block, std::size_t First, std::size_t Count,
+		std::span<const FMeshTransform> Transforms) const;
 	bool IsUsed(std::size_t Block, std::size_t Index) const
 	{
 		return Used.IsAllocated(Layout.Blocks[Block].FirstSlot + int32(Index));
@@ -70,5 +75,5 @@ private:
 	FSceneMeshLayout Layout;
 	std::vector<FBlockViews> Views; ///< of the blocks of the layout
 	FMeshElementSlots Used;         ///< one slot for each vertex of the layout
-	FBox Bounds;                    ///< without transforms
+	std::optional<FMeshMeasure> Untransformed;
 };

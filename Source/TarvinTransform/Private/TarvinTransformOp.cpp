@@ -9,7 +9,6 @@
 #include "TarvinTolerance.h"
 #include "TarvinTransformLog.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace
@@ -81,29 +80,15 @@ bool IsFinite(const FVector& Vector)
 	return std::isfinite(Vector.X) && std::isfinite(Vector.Y) && std::isfinite(Vector.Z);
 }
 
-int32 CountUnplacedVertices(const FMeshDescription* Description)
-{
-	const auto IsPlaced = [](const FVector3f& Position) { return !Position.ContainsNaN(); };
-	if (!Description || std::ranges::all_of(Description->GetVertexPositions(), IsPlaced))
-	{
-		return 0;
-	}
-	// Slots without a vertex hold anything.
-	int32 Count = 0;
-	for (const FVertexID Vertex : Description->Vertices().GetElementIDs())
-	{
-		Count += IsPlaced(Description->GetVertexPosition(Vertex)) ? 0 : 1;
-	}
-	return Count;
-}
-
 /// Says how many vertices are nowhere: they stay there, and the others are baked.
 void WarnOfUnplacedVertices(const UStaticMesh& Mesh)
 {
-	int32 Count = CountUnplacedVertices(Mesh.GetHiResMeshDescription());
+	const auto CountIn = [](const FMeshDescription* Description)
+	{ return Description ? Description->CountNonFiniteVertices() : 0; };
+	int32 Count = CountIn(Mesh.GetHiResMeshDescription());
 	for (int32 Lod = 0; Lod < Mesh.GetNumSourceModels(); ++Lod)
 	{
-		Count += CountUnplacedVertices(Mesh.GetMeshDescription(Lod));
+		Count += CountIn(Mesh.GetMeshDescription(Lod));
 	}
 	if (Count > 0)
 	{

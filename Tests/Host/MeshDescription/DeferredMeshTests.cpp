@@ -21,14 +21,14 @@ public:
 		Empty = MeshShapes::Box({-1, -2, -3}, {5, 7, 11});
 	}
 	int32 NumVertices() const override { return 8; }
-	FBox ComputeBoundingBox(std::span<const FMeshTransform> Transforms) const override
+	FMeshMeasure Measure(std::span<const FMeshTransform> Transforms) const override
 	{
 		FMeshDescription Mesh = MeshShapes::Box({-1, -2, -3}, {5, 7, 11});
 		for (const FMeshTransform& Transform : Transforms)
 		{
 			Transform.Apply(Mesh);
 		}
-		return Mesh.ComputeBoundingBox();
+		return {Mesh.ComputeBoundingBox(), 0};
 	}
 
 	mutable int NumFills = 0;
