@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 namespace
 {
@@ -31,6 +32,29 @@ bool Fits(const FTransform& Bake, const std::vector<FTransform>& Taken)
 	return std::ranges::all_of(
 		Taken, [&](const FTransform& Other) { return !WouldMerge(Bake, Other) || IsSame(Bake, Other); });
 }
+
+/// The scenes of the file that show each node; -1 where none does.
+std::vector<std::set<int32>> FindScenesOfNodes(const FGltfDocument& Document)
+{
+	std::vector<std::set<int32>> Out(Document.Model().Nodes.size());
+	for (std::size_t Index = 0; Index < Document.Model().Scenes.size(); ++Index)
+	{
+		std::vector<FGltfIndex> Open = Document.Model().Scenes[Index].Nodes;
+		while (!Open.empty())
+		{
+			const FGltfIndex Node = Open.back();
+			Open.pop_back();
+			Out[std::size_t(Node)].insert(int32(Index));
+			const std::vector<FGltfIndex>& Children = Document.Node(Node).Children;
+			Open.insert(Open.end(), Children.begin(), Children.end());
+		}
+	}
+	for (std::set<int32>& Scenes : Out)
+	{
+		Scenes = Scenes.empty() ? std::set<int32>{-1} : Scenes;
+	}
+	return Out;
+}
 } // namespace
 
 UStaticMesh* AssetOf(const FScene& Scene, FGltfIndex Node)
@@ -45,6 +69,7 @@ FBakePlanner::FBakePlanner(const FScene& InScene, const FSceneJudge& InJudge, co
 	, Options(InOptions)
 	, Operation(InOptions.Command == ESceneCommand::BakeTransform ? FTarvinOperation::RotationScaleBake()
 																  : FTarvinOperation::SetPivot(InOptions.Position))
+	, ScenesOfNode(FindScenesOfNodes(*InScene.Document()))
 {
 }
 
@@ -113,21 +138,39 @@ std::string FBakePlanner::ReasonNotToFollow(FGltfIndex Node, const FSceneVerdict
 	return Verdict.Reason.empty() ? Otherwise : Verdict.Reason;
 }
 
+std::string FBakePlanner::ReasonToStay(FGltfIndex Node, const std::vector<FGltfIndex>& Users) const
+{
+	if (!SceneJudge.StaticReason(Node).empty())
+	{
+		return SceneJudge.StaticReason(Node);
+	}
+	const std::set<int32>& Scenes = ScenesOfNode[std::size_t(Node)];
+	const auto IsSeenWith = [&](FGltfIndex User)
+	{ return std::ranges::any_of(ScenesOfNode[std::size_t(User)], [&](int32 In) { return Scenes.contains(In); }); };
+	return std::ranges::any_of(Users, IsSeenWith) ? ""
+		   : Scenes.contains(-1)                  ? "it is in no scene"
+												  : "it is in another scene";
+}
+
 std::string FBakePlanner::InPlaceObjection(UStaticMesh* Asset, const std::vector<FGltfIndex>& Batch,
 	const std::vector<FSceneVerdict>& Verdicts, const std::vector<bool>& bWanted) const
 {
+	std::vector<FGltfIndex> Users;
+	std::ranges::copy_if(
+		Batch, std::back_inserter(Users), [&](FGltfIndex Node) { return AssetOf(Scene, Node) == Asset; });
 	for (FGltfIndex Node = 0; Node < Scene.NumNodes(); ++Node)
 	{
 		if (AssetOf(Scene, Node) != Asset || std::ranges::binary_search(Batch, Node))
 		{
 			continue;
 		}
-		// Someone who was not asked for, but could have been, changes along: that is what "in place" means.
-		if (bWanted[std::size_t(Node)] || !SceneJudge.StaticReason(Node).empty())
+		// Someone who is seen beside them and could have been asked for changes along: that is what "in place" means.
+		const std::string Reason = bWanted[std::size_t(Node)] ? ReasonNotToFollow(Node, Verdicts[std::size_t(Node)])
+															  : ReasonToStay(Node, Users);
+		if (!Reason.empty())
 		{
 			return "baking '" + Asset->GetName().ToUtf8() + "' in place would change '" +
-				   Scene.NodeName(Node).ToUtf8() + "', which cannot follow (" +
-				   ReasonNotToFollow(Node, Verdicts[std::size_t(Node)]) + ")";
+				   Scene.NodeName(Node).ToUtf8() + "', which cannot follow (" + Reason + ")";
 		}
 	}
 	return {};

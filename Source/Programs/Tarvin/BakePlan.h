@@ -7,6 +7,7 @@
 #include "TarvinOperation.h"
 
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -37,13 +38,16 @@ private:
 	FTransform BakeOf(FGltfIndex Node) const;
 	/// Why a node that uses an asset cannot be baked along with others.
 	std::string ReasonNotToFollow(FGltfIndex Node, const FSceneVerdict& Verdict) const;
+	/// Why a node that was not asked for must not see the asset change, which `Users` show; empty where it may.
+	std::string ReasonToStay(FGltfIndex Node, const std::vector<FGltfIndex>& Users) const;
 	std::string InPlaceObjection(UStaticMesh* Asset, const std::vector<FGltfIndex>& Batch,
 		const std::vector<FSceneVerdict>& Verdicts, const std::vector<bool>& bWanted) const;
 
 	const FScene& Scene;
 	const FSceneJudge& SceneJudge;
 	const FBakeOptions& Options;
-	const FTarvinOperation Operation; ///< what each command does
+	const FTarvinOperation Operation;          ///< what each command does
+	std::vector<std::set<int32>> ScenesOfNode; ///< -1 for a node of none
 };
 
 /// The asset that a node shows now; null for none.

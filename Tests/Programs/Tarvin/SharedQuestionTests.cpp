@@ -109,3 +109,23 @@ TEST_F(SharedQuestion, TellsWhyAUserCannotFollowInPlace)
 	EXPECT_THAT(Refusal(R"(,"scale":[0,2,2])"), HasSubstr(Head + "(its scale in the world is zero): A"));
 	EXPECT_THAT(Refusal(R"(,"scale":[2,2.00005,2])"), HasSubstr(Head + "(it is not baked in the same step): A"));
 }
+
+TEST_F(SharedQuestion, LeavesWhatOtherScenesShowOutOfInPlaceBakes)
+{
+	const auto Bake = [this](const std::string& Scenes, const std::string& Selected)
+	{
+		WriteAll(Path("scenes.gltf"),
+			R"({"asset":{"version":"2.0"},"accessors":[{"componentType":5126,"count":3,"type":"VEC3"}],)"
+			R"("meshes":[{"name":"Rock","primitives":[{"attributes":{"POSITION":0}}]}],)"
+			R"("nodes":[{"name":"A","mesh":0,"scale":[2,2,2]},{"name":"B","children":[2]},)"
+			R"({"name":"C","mesh":0,"scale":[2,2,2]}],"scenes":[)" +
+				Scenes + "]}");
+		return RunTarvin({"bake", Path("scenes.gltf"), "--dry-run", "--shared", "in-place", "--select", Selected})
+			.Output;
+	};
+	const std::string Head = "left out, baking 'Rock' in place would change 'C', which cannot follow ";
+	EXPECT_THAT(Bake(R"({"nodes":[0]},{"nodes":[1]})", "A"), HasSubstr(Head + "(it is in another scene): A"));
+	EXPECT_THAT(Bake(R"({"nodes":[0]})", "A"), HasSubstr(Head + "(it is in no scene): A"));
+	EXPECT_THAT(Bake(R"({"nodes":[0]},{"nodes":[0,1]})", "A"), HasSubstr("1 node(s) baked"));
+	EXPECT_THAT(Bake(R"({"nodes":[0]},{"nodes":[1]})", "*"), HasSubstr("2 node(s) baked"));
+}
