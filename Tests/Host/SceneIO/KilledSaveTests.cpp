@@ -55,16 +55,6 @@ EEnd SaveAndKill(const std::function<bool()>& Save, int Calls)
 	return Code == 0 ? EEnd::Saved : Code == 99 ? EEnd::NotTraceable : EEnd::Failed;
 }
 
-/// A patch that writes new positions into the mesh of TriangleScene.
-FGltfPatch MovedTriangle(const std::string& Path)
-{
-	FGltfPatch Patch(MustLoad(Path));
-	FGltfMeshChange Change;
-	Change.Elements[{0, "POSITION"}] = NewElements::FromFloats({7, -3, 2, 11, 13, -17, 19, 23, 29}, EGltfType::Vec3);
-	Patch.ChangeMesh(0, Change);
-	return Patch;
-}
-
 class KilledSave : public testing::Test
 {
 protected:

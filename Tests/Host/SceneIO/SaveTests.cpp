@@ -34,16 +34,6 @@ std::string SaveRefusal(const FGltfPatch& Patch, const std::string& Path)
 	return Report ? "saved" : Report.Error().Message;
 }
 
-/// A patch that writes new positions into the mesh of TriangleScene.
-FGltfPatch MovedTriangle(const std::string& Path)
-{
-	FGltfPatch Patch(MustLoad(Path));
-	FGltfMeshChange Change;
-	Change.Elements[{0, "POSITION"}] = NewElements::FromFloats({7, -3, 2, 11, 13, -17, 19, 23, 29}, EGltfType::Vec3);
-	Patch.ChangeMesh(0, Change);
-	return Patch;
-}
-
 std::string Replaced(std::string Text, const std::string& Old, const std::string& New)
 {
 	return Text.replace(Text.find(Old), Old.size(), New);

@@ -149,3 +149,12 @@ FSceneText TriangleScene()
 		"\"name\": \"A\", \"mesh\": " + std::to_string(Mesh) + ", \"rotation\": [0, 0, 1, 0], \"scale\": [2, 3, 5]");
 	return Scene;
 }
+
+FGltfPatch MovedTriangle(const std::string& Path)
+{
+	FGltfPatch Patch(MustLoad(Path));
+	FGltfMeshChange Change;
+	Change.Elements[{0, "POSITION"}] = NewElements::FromFloats({7, -3, 2, 11, 13, -17, 19, 23, 29}, EGltfType::Vec3);
+	Patch.ChangeMesh(0, Change);
+	return Patch;
+}

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "SceneIO/GltfDocument.h"
+#include "SceneIO/GltfPatch.h"
 #include "TempFolder.h"
 
 #include <cstring>
@@ -69,3 +69,6 @@ std::string RefusalOfText(const std::string& Json);
 
 /// A scene of one triangle mesh with positions, normals and indices, one node turned and scaled.
 FSceneText TriangleScene();
+
+/// A patch that writes new positions into the mesh of a TriangleScene that stands at `Path`.
+FGltfPatch MovedTriangle(const std::string& Path);
